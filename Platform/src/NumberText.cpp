@@ -1,0 +1,43 @@
+#include <Platform/NumberText.hpp>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+namespace vantel {
+
+namespace {
+
+// Shortest round-trip scientific text with the exponent in two digits at least,
+// the form people know from printf ("1e-05", "1.5e+20").
+std::string exponentText(double value) {
+    std::array<char, 64> buffer{};
+    auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                      std::chars_format::scientific);
+    std::string text(buffer.data(), end);
+    auto e = text.find('e');
+    std::string mantissa = text.substr(0, e);
+    std::string exponent = text.substr(e + 1);
+    char sign = exponent[0] == '-' ? '-' : '+';
+    if (exponent[0] == '-' || exponent[0] == '+') exponent.erase(0, 1);
+    if (exponent.size() < 2) exponent.insert(0, "0");
+    return mantissa + "e" + sign + exponent;
+}
+
+}  // namespace
+
+std::string numberText(double value) {
+    if (std::isnan(value)) return "nan";
+    if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
+    double magnitude = std::fabs(value);
+    if (magnitude != 0.0 && (magnitude < 1e-4 || magnitude >= 9007199254740992.0)) return exponentText(value);
+    std::array<char, 64> buffer{};
+    auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                      std::chars_format::fixed);
+    std::string text(buffer.data(), end);
+    if (text.find('.') == std::string::npos) text += ".0";
+    return text;
+}
+
+}  // namespace vantel

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs every Debian package the build, tests and benchmarks need.
+# Idempotent: when everything is present it only asks dpkg and returns.
+set -euo pipefail
+
+packages=(
+  build-essential cmake ninja-build pkg-config
+  libplist-dev nlohmann-json3-dev libxml2-dev libicu-dev libssl-dev
+  libcairo2-dev libdeflate-dev libtiff-dev libgif-dev libjpeg62-turbo-dev libopenjp2-7-dev
+  libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
+  python3 python3-plist
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "install-deps: installing ${missing[*]}"
+sudo=""
+[ "$(id -u)" -eq 0 ] || sudo="sudo"
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
