@@ -15,14 +15,20 @@ std::string exponentText(double value) {
     std::array<char, 64> buffer{};
     auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                       std::chars_format::scientific);
-    std::string text(buffer.data(), end);
+    std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
     auto e = text.find('e');
-    std::string mantissa = text.substr(0, e);
-    std::string exponent = text.substr(e + 1);
-    char sign = exponent[0] == '-' ? '-' : '+';
-    if (exponent[0] == '-' || exponent[0] == '+') exponent.erase(0, 1);
-    if (exponent.size() < 2) exponent.insert(0, "0");
-    return mantissa + "e" + sign + exponent;
+    std::string_view digits = text.substr(e + 1);
+    char sign = '+';
+    if (digits.front() == '-' || digits.front() == '+') {
+        sign = digits.front();
+        digits.remove_prefix(1);
+    }
+    std::string result(text.substr(0, e));
+    result.push_back('e');
+    result.push_back(sign);
+    if (digits.size() < 2) result.push_back('0');
+    result.append(digits);
+    return result;
 }
 
 }  // namespace
