@@ -3,10 +3,10 @@
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <Platform/PropertyList.hpp>
 
-#include <TestSupport.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -172,7 +172,9 @@ TEST(OverlayGenCodingTest, ErrorsInsideAGuideCarryTheFullPath) {
 
 TEST(OverlayGenCodingTest, CommittedExamplesDecode) {
     auto read = [](const std::string& name) {
-        std::ifstream file(vantel::testing::testDataPath("../../examples/" + name), std::ios::binary);
+        auto examples = std::filesystem::path(VANTEL_TEST_DATA_DIR).parent_path().parent_path() / "examples";
+        std::ifstream file(examples / name, std::ios::binary);
+        EXPECT_TRUE(file.is_open()) << name;
         return Data(std::istreambuf_iterator<char>(file), {});
     };
     OverlayGen sample = PropertyListDecoder().decode<OverlayGen>(read("sample.aspectratio"));

@@ -73,7 +73,7 @@ TEST(OverlayBodyTest, BodyLeavesTheLayoutSizesHoldingTheDocumentSize) {
     EXPECT_EQ(centeringSize, Size(640, 480, 20));
 }
 
-TEST(OverlayBodyTest, BodiesOfTwoDocumentsOnTwoThreadsMatchTheirSingleThreadedDrawing) {
+TEST(OverlayConcurrencyTest, BodiesOfTwoDocumentsOnTwoThreadsMatchTheirSingleThreadedDrawing) {
     AspectRatio nested = guide(16, 9);
     nested.children = std::vector<AspectRatio>{guide(4, 3), guide(1, 1)};
     nested.rowType = GridType::divisor(3);
