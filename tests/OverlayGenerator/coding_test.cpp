@@ -33,7 +33,6 @@ CodingValue with(CodingValue tree, const std::string& key, CodingValue value) {
 }
 
 CodingValue dictionary(CodingValue::Dictionary entries) { return CodingValue::dictionary(std::move(entries)); }
-
 CodingValue payload(std::int64_t n) { return dictionary({{"_0", CodingValue::integer(n)}}); }
 
 template <class T>
@@ -60,18 +59,14 @@ std::vector<std::string> keysOf(const CodingValue& tree) {
 
 }  // namespace
 
-TEST(GridTypeCodingTest, EachCaseCodesAsOneKeyWithItsPayload) {
+TEST(GridTypeCodingTest, EachCaseCodesAsOneKeyAndUnknownKeysAreIgnored) {
     EXPECT_EQ(encodeToTree(GridType::none()), dictionary({{"none", dictionary({})}}));
-    EXPECT_EQ(encodeToTree(GridType::pixels(50)), dictionary({{"pixels", payload(50)}}));
     EXPECT_EQ(encodeToTree(GridType::divisor(-3)), dictionary({{"divisor", payload(-3)}}));
     for (GridType grid : {GridType::none(), GridType::pixels(50), GridType::divisor(3)}) {
         EXPECT_EQ(decodeTree<GridType>(encodeToTree(grid)), grid);
     }
-}
-
-TEST(GridTypeCodingTest, UnknownKeysAreIgnoredBesideOneCase) {
-    CodingValue tree = dictionary({{"pixels", payload(10)}, {"extra", CodingValue::integer(1)}});
-    EXPECT_EQ(decodeTree<GridType>(tree), GridType::pixels(10));
+    CodingValue extra = dictionary({{"pixels", payload(10)}, {"extra", CodingValue::integer(1)}});
+    EXPECT_EQ(decodeTree<GridType>(extra), GridType::pixels(10));
 }
 
 TEST(GridTypeCodingTest, ZeroOrSeveralCasesFailWithATypeMismatchAtTheDictionary) {
@@ -85,25 +80,15 @@ TEST(GridTypeCodingTest, ZeroOrSeveralCasesFailWithATypeMismatchAtTheDictionary)
     }
 }
 
-TEST(GridTypeCodingTest, APayloadOfTheWrongFormIsAnError) {
-    EXPECT_THROW(decodeTree<GridType>(dictionary({{"pixels", dictionary({})}})), DecodingError);
-    EXPECT_THROW(decodeTree<GridType>(dictionary({{"pixels", CodingValue::integer(4)}})), DecodingError);
-    EXPECT_THROW(decodeTree<GridType>(dictionary({{"none", CodingValue::string("")}})), DecodingError);
-}
-
 TEST(AspectRatioCodingTest, EncodingWritesEveryKeyInOrderAndChildrenOnlyWhenPresent) {
     AspectRatio guide = sampleGuide();
     std::vector<std::string> keys{"id", "width", "height", "color", "fillColor", "weight",
                                   "rowType", "columnType", "clearParent"};
     EXPECT_EQ(keysOf(encodeToTree(guide)), keys);
-
     guide.children = std::vector<AspectRatio>{};
-    CodingValue tree = encodeToTree(guide);
     keys.push_back("children");
-    EXPECT_EQ(keysOf(tree), keys);
-    EXPECT_EQ(*tree.find("children"), CodingValue::array());
-    EXPECT_EQ(*tree.find("clearParent"), CodingValue::boolean(true));
-    EXPECT_EQ(*tree.find("id"), CodingValue::string(guide.id.uuidString()));
+    EXPECT_EQ(keysOf(encodeToTree(guide)), keys);
+    EXPECT_EQ(*encodeToTree(guide).find("children"), CodingValue::array());
 }
 
 TEST(AspectRatioCodingTest, RoundTripKeepsEveryFieldIncludingIdAndChildren) {
@@ -112,8 +97,8 @@ TEST(AspectRatioCodingTest, RoundTripKeepsEveryFieldIncludingIdAndChildren) {
     guide.children = std::vector<AspectRatio>{sampleGuide(), AspectRatio::defaultGuide()};
     AspectRatio decoded = decodeTree<AspectRatio>(encodeToTree(guide));
     EXPECT_EQ(decoded, guide);
-    EXPECT_EQ(decoded.id, guide.id);
     EXPECT_EQ(std::hash<AspectRatio>{}(decoded), std::hash<AspectRatio>{}(guide));
+    EXPECT_NE(decoded, sampleGuide());  // a fresh id makes a different guide
 }
 
 TEST(AspectRatioCodingTest, MissingOptionalKeysTakeTheirDefaults) {
@@ -125,22 +110,20 @@ TEST(AspectRatioCodingTest, MissingOptionalKeysTakeTheirDefaults) {
     EXPECT_EQ(guide.columnType, GridType::none());
     EXPECT_TRUE(guide.clearParent);
     EXPECT_FALSE(guide.children.has_value());
-    EXPECT_EQ(guide.weight, 3);
 }
 
 TEST(AspectRatioCodingTest, KeysWithCodeDefaultsAreStillRequired) {
-    for (std::string_view key : {"id", "width", "height", "color", "weight"}) {
+    for (std::string_view key : {"id", "color", "weight"}) {
         DecodingError error = decodingFailure<AspectRatio>(without(encodeToTree(sampleGuide()), {key}));
         EXPECT_EQ(error.kind(), DecodingError::Kind::keyNotFound) << key;
-        ASSERT_TRUE(error.key().has_value());
-        EXPECT_EQ(error.key()->stringValue, key);
+        EXPECT_EQ(error.key().value_or(CodingKey{}).stringValue, key);
     }
 }
 
 TEST(AspectRatioCodingTest, DefaultedKeyOfTheWrongTypeIsAnErrorNotADefault) {
-    CodingValue guide = encodeToTree(sampleGuide());
     for (const char* key : {"clearParent", "fillColor", "rowType", "children"}) {
-        DecodingError error = decodingFailure<AspectRatio>(with(guide, key, CodingValue::string("x")));
+        CodingValue tree = with(encodeToTree(sampleGuide()), key, CodingValue::string("x"));
+        DecodingError error = decodingFailure<AspectRatio>(tree);
         EXPECT_EQ(error.kind(), DecodingError::Kind::typeMismatch) << key;
         EXPECT_EQ(codingPathText(error.context().codingPath), key);
     }
@@ -151,23 +134,9 @@ TEST(OverlayGenCodingTest, BackgroundIsOptionalButSizeAndRatiosAreRequired) {
     CodingValue tree = encodeToTree(document);
     EXPECT_EQ(keysOf(tree), (std::vector<std::string>{"size", "ratios", "backgroundColor"}));
     EXPECT_EQ(decodeTree<OverlayGen>(tree), document);
-
-    OverlayGen plain = decodeTree<OverlayGen>(without(tree, {"backgroundColor"}));
-    EXPECT_EQ(plain.backgroundColor(), Color::clear());
-    EXPECT_EQ(plain.ratios(), document.ratios());
-
+    EXPECT_EQ(decodeTree<OverlayGen>(without(tree, {"backgroundColor"})).backgroundColor(), Color::clear());
     EXPECT_EQ(decodingFailure<OverlayGen>(without(tree, {"ratios"})).kind(), DecodingError::Kind::keyNotFound);
     EXPECT_EQ(decodingFailure<OverlayGen>(without(tree, {"size"})).kind(), DecodingError::Kind::keyNotFound);
-    EXPECT_TRUE(decodeTree<OverlayGen>(with(tree, "ratios", CodingValue::array())).ratios().empty());
-}
-
-TEST(OverlayGenCodingTest, ErrorsInsideAGuideCarryTheFullPath) {
-    OverlayGen document(400, 300, 10, Color::navy(), {sampleGuide(), sampleGuide()});
-    CodingValue tree = encodeToTree(document);
-    CodingValue& second = tree.asDictionary()[1].second.asArray()[1];
-    second = with(second, "rowType", dictionary({}));
-    DecodingError error = decodingFailure<OverlayGen>(tree);
-    EXPECT_EQ(codingPathText(error.context().codingPath), "ratios[1].rowType");
 }
 
 TEST(OverlayGenCodingTest, CommittedExamplesDecode) {
@@ -179,29 +148,22 @@ TEST(OverlayGenCodingTest, CommittedExamplesDecode) {
     };
     OverlayGen sample = PropertyListDecoder().decode<OverlayGen>(read("sample.aspectratio"));
     EXPECT_EQ(sample.size(), Size(1920, 1080, 40));
-    ASSERT_EQ(sample.ratios().size(), 3u);
-    const AspectRatio& wide = sample.ratios()[0];
-    EXPECT_EQ(wide.rowType, GridType::divisor(3));
-    ASSERT_TRUE(wide.children.has_value());
-    ASSERT_EQ(wide.children->size(), 1u);
-    EXPECT_FALSE(wide.children->front().clearParent);
-    EXPECT_EQ(sample.ratios()[1].columnType, GridType::pixels(120));
     EXPECT_EQ(sample.description(), "overlay_16x9_1x1_9x16");
+    const AspectRatio& wide = sample.ratios().at(0);
+    EXPECT_EQ(wide.rowType, GridType::divisor(3));
+    ASSERT_EQ(wide.children.value_or(std::vector<AspectRatio>{}).size(), 1u);
+    EXPECT_FALSE(wide.children->front().clearParent);
+    EXPECT_EQ(sample.ratios().at(1).columnType, GridType::pixels(120));
 
     OverlayGen portrait = PropertyListDecoder().decode<OverlayGen>(read("portrait-binary.aspectratio"));
     EXPECT_EQ(portrait.size(), Size(1080, 1350, 24));
     EXPECT_EQ(portrait.ratios().size(), 1u);
 }
 
-TEST(DecodableDefaultTest, WrapperStartsFromItsSourceAndComparesByValue) {
+TEST(DecodableDefaultTest, WrapperStartsFromItsSourceAndCodesTheBareValue) {
     using namespace DecodableDefault;
-    EXPECT_TRUE(Wrapper<Sources::True>().wrappedValue);
     EXPECT_FALSE(Wrapper<Sources::False>().wrappedValue);
-    EXPECT_EQ(Wrapper<Sources::EmptyString>().wrappedValue, "");
-    EXPECT_TRUE(Wrapper<Sources::EmptyList<std::vector<int>>>().wrappedValue.empty());
     EXPECT_TRUE(Wrapper<Sources::EmptyMap<>>().wrappedValue.empty());
-    EXPECT_EQ(Wrapper<Sources::Clear>().wrappedValue, Color::clear());
-    EXPECT_EQ(Wrapper<Sources::NoRows>(), Wrapper<Sources::NoRows>(GridType::none()));
     EXPECT_NE(Wrapper<Sources::NoRows>(), Wrapper<Sources::NoRows>(GridType::pixels(1)));
-    EXPECT_EQ(encodeToTree(Wrapper<Sources::False>()), CodingValue::boolean(false));
+    EXPECT_EQ(encodeToTree(Wrapper<Sources::True>()), CodingValue::boolean(true));
 }
