@@ -134,3 +134,8 @@ TEST(CodingTest, EncodingKeepsInsertionOrderAndReplacesRepeatedKeys) {
     EXPECT_EQ(encodeToTree(std::vector<int>{1, 2}),
               CodingValue::array({CodingValue::integer(1), CodingValue::integer(2)}));
 }
+TEST(CodingTest, SingleValueContainersTakeStringLiteralsAsText) {
+    EncodingTree encoding;
+    encoding.rootEncoder().singleValueContainer().encode("text");
+    EXPECT_EQ(encoding.finish(), CodingValue::string("text"));
+}
