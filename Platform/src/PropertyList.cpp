@@ -37,16 +37,15 @@ bool looksBinary(const Data& bytes) {
     return bytes.size() >= magic.size() && std::equal(magic.begin(), magic.end(), bytes.begin());
 }
 
-// The values a document may expand to: generous for any real document, yet
-// bounded by the input so that shared objects cannot multiply memory.
+// The values a document may expand to. A binary list without shared
+// containers spends at least one reference (two bytes once it has more than
+// 255 objects) per value; more values than that mean objects are expanded
+// many times over. Every real document stays far below the base.
 detail::PropertyListLimits limitsFor(const Data& bytes) {
     constexpr std::size_t baseNodes = 1'000'000;
-    constexpr std::size_t nodesPerByte = 4;
+    constexpr std::size_t bytesPerNode = 2;
     constexpr std::size_t ceiling = std::numeric_limits<std::uint32_t>::max();
-    std::size_t budget = bytes.size() > (ceiling - baseNodes) / nodesPerByte
-                             ? ceiling
-                             : baseNodes + nodesPerByte * bytes.size();
-    return {detail::maximumNestingDepth, budget};
+    return {detail::maximumNestingDepth, std::min(ceiling, baseNodes + bytes.size() / bytesPerNode)};
 }
 
 PlistHandle parsePlist(const Data& bytes) {
