@@ -70,9 +70,16 @@ std::uint64_t readBigEndian(const std::uint8_t* at, std::size_t width) {
 }
 
 struct ObjectState {
-    std::uint32_t nodes = 0;  // saturates: the limit is checked long before
+    std::uint32_t nodes = 0;  // fits: the limit is checked long before
     std::uint16_t depth = 0;
     std::uint8_t visit = 0;  // 0 new, 1 on the current path, 2 measured
+    bool checkedAsKey = false;
+};
+
+// An object's length field and where its contents start.
+struct Extent {
+    std::uint64_t at = 0;
+    std::uint64_t count = 0;
 };
 
 // Where an object's references lie: count of them from references on.
@@ -80,6 +87,7 @@ struct References {
     bool container = false;
     std::uint64_t at = 0;
     std::uint64_t count = 0;
+    bool dictionary = false;  // the first half are keys
 };
 
 // Walks the object graph of a binary property list without recursion,
@@ -126,29 +134,55 @@ private:
         return offset;
     }
 
-    // Nothing when the object cannot be read.
-    std::optional<References> referencesOf(std::uint64_t object) const {
-        auto offset = objectOffset(object);
-        if (!offset) return std::nullopt;
-        std::uint8_t marker = bytes_[*offset];
-        std::uint64_t perEntry = 0;
-        switch (marker >> 4) {
-            case 0xA: case 0xB: case 0xC: perEntry = 1; break;  // array, ordered set, set
-            case 0xD: perEntry = 2; break;                      // dictionary: keys, then values
-            default: return References{};
-        }
-        std::uint64_t at = *offset + 1;
-        std::uint64_t count = marker & 0x0F;
-        if (count == 0x0F) {  // the count follows as an integer object
+    // The count that follows an object's marker, inline or as an integer
+    // object; nothing when it runs past the objects.
+    std::optional<Extent> extentOf(std::uint64_t offset) const {
+        std::uint64_t at = offset + 1;
+        std::uint64_t count = bytes_[offset] & 0x0F;
+        if (count == 0x0F) {
             if (at >= tableStart_ || (bytes_[at] >> 4) != 0x1) return std::nullopt;
             std::size_t width = std::size_t{1} << (bytes_[at] & 0x0F);
             if (width > 8 || at + 1 + width > tableStart_) return std::nullopt;
             count = readBigEndian(bytes_.data() + at + 1, width);
             at += 1 + width;
         }
-        std::uint64_t room = (tableStart_ - at) / referenceSize_;
-        if (count > room / perEntry) return std::nullopt;
-        return References{true, at, count * perEntry};
+        return Extent{at, count};
+    }
+
+    // Nothing when the object cannot be read.
+    std::optional<References> referencesOf(std::uint64_t object) const {
+        auto offset = objectOffset(object);
+        if (!offset) return std::nullopt;
+        std::uint64_t perEntry = 0;
+        switch (bytes_[*offset] >> 4) {
+            case 0xA: case 0xB: case 0xC: perEntry = 1; break;  // array, ordered set, set
+            case 0xD: perEntry = 2; break;                      // dictionary: keys, then values
+            default: return References{};
+        }
+        auto extent = extentOf(*offset);
+        if (!extent) return std::nullopt;
+        std::uint64_t room = (tableStart_ - extent->at) / referenceSize_;
+        if (extent->count > room / perEntry) return std::nullopt;
+        return References{true, extent->at, extent->count * perEntry, perEntry == 2};
+    }
+
+    // libplist asserts that a key holds no NUL character: such a key would
+    // abort the process, so it is refused here. Other objects are left to
+    // libplist, which refuses keys that are not strings.
+    bool isAcceptableKey(std::uint64_t object) {
+        if (states_[object].checkedAsKey) return true;
+        auto offset = objectOffset(object);
+        if (!offset) return false;
+        std::uint8_t kind = bytes_[*offset] >> 4;
+        if (kind != 0x5 && kind != 0x6) return true;
+        auto extent = extentOf(*offset);
+        std::uint64_t unit = kind == 0x5 ? 1 : 2;  // ASCII or UTF-16
+        if (!extent || extent->count > (tableStart_ - extent->at) / unit) return false;
+        for (std::uint64_t i = 0; i < extent->count; ++i) {
+            if (readBigEndian(bytes_.data() + extent->at + i * unit, unit) == 0) return false;
+        }
+        states_[object].checkedAsKey = true;
+        return true;
     }
 
     std::uint64_t reference(const References& references, std::uint64_t index) const {
@@ -166,6 +200,8 @@ private:
             }
             std::uint64_t child = reference(frame.references, frame.next++);
             if (child >= objectCount_) return "The binary property list has a damaged object.";
+            bool isKey = frame.references.dictionary && frame.next <= frame.references.count / 2;
+            if (isKey && !isAcceptableKey(child)) return "The binary property list has a damaged key.";
             if (states_[child].visit == 1) return "The binary property list refers to itself.";
             if (states_[child].visit == 0) {
                 if (auto refused = enter(child, path)) return refused;
@@ -180,8 +216,10 @@ private:
         auto references = referencesOf(object);
         if (!references) return "The binary property list has a damaged object.";
         if (references->count == 0) {
-            ObjectState measured{1, references->container ? std::uint16_t{1} : std::uint16_t{0}, 2};
-            states_[object] = measured;
+            ObjectState& measured = states_[object];
+            measured.nodes = 1;
+            measured.depth = references->container ? 1 : 0;
+            measured.visit = 2;
             return path.empty() ? std::nullopt : add(path.back(), measured);
         }
         if (path.size() >= limits_.maximumDepth) return tooDeep(limits_.maximumDepth);
@@ -203,9 +241,10 @@ private:
     std::optional<std::string> finish(std::vector<Frame>& path) {
         const Frame& frame = path.back();
         if (frame.depth + 1u > limits_.maximumDepth) return tooDeep(limits_.maximumDepth);
-        ObjectState measured{static_cast<std::uint32_t>(frame.nodes),
-                             static_cast<std::uint16_t>(frame.depth + 1), 2};
-        states_[frame.object] = measured;
+        ObjectState& measured = states_[frame.object];
+        measured.nodes = static_cast<std::uint32_t>(frame.nodes);
+        measured.depth = static_cast<std::uint16_t>(frame.depth + 1);
+        measured.visit = 2;
         path.pop_back();
         return path.empty() ? std::nullopt : add(path.back(), measured);
     }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 using namespace vantel;
@@ -255,9 +256,36 @@ TEST(PropertyListTest, SharedObjectsThatWouldMultiplyAreRefused) {
     EXPECT_EQ(PropertyListDecoder().parse(shared.bytes()).asArray().size(), 1000u);
 }
 
-TEST(PropertyListTest, ObjectsReferringToThemselvesAreCorrupt) {
-    BinaryPlist plist;
-    plist.add(BinaryPlist::array({1}));
-    plist.add(BinaryPlist::array({0}));
-    expectCorrupt(plist.bytes());
+TEST(PropertyListTest, DamagedBinaryObjectsAreCorrupt) {
+    BinaryPlist cycle;
+    cycle.add(BinaryPlist::array({1}));
+    cycle.add(BinaryPlist::array({0}));
+    expectCorrupt(cycle.bytes());
+
+    // libplist aborts on a key holding a NUL character.
+    BinaryPlist nulKey;
+    nulKey.add({0xD1, 0, 0, 0, 1, 0, 0, 0, 2});
+    nulKey.add({0x63, 0, 'a', 0, 0, 0, 'b'});  // UTF-16 "a\0b"
+    nulKey.add({0x09});
+    expectCorrupt(nulKey.bytes());
+}
+
+TEST(PropertyListTest, MangledInputNeverCrashes) {
+    std::mt19937 random(20240601);
+    for (const char* name : {"document-binary.plist", "document-xml.plist"}) {
+        Data original = fixture(name);
+        for (int round = 0; round < 3000; ++round) {
+            Data input = original;
+            for (unsigned change = 0; change <= random() % 4; ++change) {
+                std::size_t at = random() % input.size();
+                if (random() % 4 == 0) input.resize(at + 1);
+                else input[at] = static_cast<std::uint8_t>(random());
+            }
+            try {
+                PropertyListDecoder().parse(input);
+            } catch (const DecodingError& error) {
+                ASSERT_EQ(error.kind(), DecodingError::Kind::dataCorrupted);
+            }
+        }
+    }
 }
