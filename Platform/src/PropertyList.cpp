@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <string_view>
@@ -181,37 +180,62 @@ private:
 
 // ---------------------------------------------------------------- encoding
 
-plist_t makePlist(const CodingValue& value);
+// Builds libplist's tree from ours, tracking the coding path for errors.
+class PlistBuilder {
+public:
+    PlistHandle build(const CodingValue& root) { return PlistHandle(make(root)); }
 
-plist_t makeArray(const CodingValue::Array& items) {
-    plist_t array = plist_new_array();
-    for (const CodingValue& item : items) plist_array_append_item(array, makePlist(item));
-    return array;
-}
-
-plist_t makeDictionary(const CodingValue::Dictionary& entries) {
-    plist_t dictionary = plist_new_dict();
-    for (const auto& [key, item] : entries) plist_dict_set_item(dictionary, key.c_str(), makePlist(item));
-    return dictionary;
-}
-
-plist_t makeData(const Data& bytes) {
-    return plist_new_data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
-plist_t makePlist(const CodingValue& value) {
-    switch (value.kind()) {
-        case CodingValue::Kind::null: return plist_new_string(std::string(nullMarker).c_str());
-        case CodingValue::Kind::boolean: return plist_new_bool(value.asBoolean() ? 1 : 0);
-        case CodingValue::Kind::integer: return plist_new_uint(static_cast<std::uint64_t>(value.asInteger()));
-        case CodingValue::Kind::real: return plist_new_real(value.asReal());
-        case CodingValue::Kind::string: return plist_new_string(value.asString().c_str());
-        case CodingValue::Kind::data: return makeData(value.asData());
-        case CodingValue::Kind::array: return makeArray(value.asArray());
-        case CodingValue::Kind::dictionary: return makeDictionary(value.asDictionary());
+private:
+    plist_t make(const CodingValue& value) {
+        switch (value.kind()) {
+            case CodingValue::Kind::null: return plist_new_string(std::string(nullMarker).c_str());
+            case CodingValue::Kind::boolean: return plist_new_bool(value.asBoolean() ? 1 : 0);
+            case CodingValue::Kind::integer:
+                return plist_new_uint(static_cast<std::uint64_t>(value.asInteger()));
+            case CodingValue::Kind::real: return plist_new_real(value.asReal());
+            case CodingValue::Kind::string: return plist_new_string(text(value.asString()));
+            case CodingValue::Kind::data: return makeData(value.asData());
+            case CodingValue::Kind::array: return makeArray(value.asArray());
+            case CodingValue::Kind::dictionary: return makeDictionary(value.asDictionary());
+        }
+        return nullptr;
     }
-    return nullptr;
-}
+
+    plist_t makeArray(const CodingValue::Array& items) {
+        PlistHandle array(plist_new_array());
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            path_.push_back(CodingKey::index(static_cast<std::int64_t>(i)));
+            plist_array_append_item(array.get(), make(items[i]));
+            path_.pop_back();
+        }
+        return array.release();
+    }
+
+    plist_t makeDictionary(const CodingValue::Dictionary& entries) {
+        PlistHandle dictionary(plist_new_dict());
+        for (const auto& [key, item] : entries) {
+            path_.push_back(CodingKey::named(key));
+            const char* name = text(key);
+            plist_dict_set_item(dictionary.get(), name, make(item));
+            path_.pop_back();
+        }
+        return dictionary.release();
+    }
+
+    static plist_t makeData(const Data& bytes) {
+        return plist_new_data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    }
+
+    // libplist takes C strings: a NUL inside would silently cut the text.
+    const char* text(const std::string& value) const {
+        if (value.find('\0') != std::string::npos) {
+            throw EncodingError(path_, "A string holds a NUL character, which a property list cannot keep.");
+        }
+        return value.c_str();
+    }
+
+    CodingPath path_;
+};
 
 }  // namespace
 
@@ -221,7 +245,7 @@ CodingValue PropertyListDecoder::parse(const Data& bytes) const {
 }
 
 Data PropertyListEncoder::serialize(const CodingValue& root) const {
-    PlistHandle tree(makePlist(root));
+    PlistHandle tree = PlistBuilder().build(root);
     char* bytes = nullptr;  // libplist writes only into an empty pointer
     std::uint32_t length = 0;
     if (outputFormat == OutputFormat::binary) plist_to_bin(tree.get(), &bytes, &length);

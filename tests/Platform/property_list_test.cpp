@@ -218,6 +218,17 @@ TEST(PropertyListTest, EncodedValuesKeepKindsOrderAndNull) {
     }
 }
 
+TEST(PropertyListTest, StringsWithNULCannotBeWritten) {
+    CodingValue tree = CodingValue::dictionary(
+        {{"list", CodingValue::array({CodingValue::string(std::string("a\0b", 3))})}});
+    try {
+        PropertyListEncoder().serialize(tree);
+        FAIL() << "written";
+    } catch (const EncodingError& error) {
+        EXPECT_EQ(codingPathText(error.codingPath()), "list[0]");
+    }
+}
+
 TEST(PropertyListTest, RepeatedKeysKeepTheirFirstPlaceAndLastValue) {
     CodingValue root = parse("<dict><key>a</key><integer>1</integer><key>b</key><integer>2</integer>"
                              "<key>a</key><integer>3</integer></dict>");
