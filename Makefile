@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run clean
+.PHONY: all deps configure build test run clean sanitize tsan
 
 all: build
 
@@ -24,5 +24,22 @@ run: build
 	@./$(BUILD)/apps/vantel/vantel --version
 	@./$(BUILD)/apps/vantel/vantel --help
 
+# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer.
+sanitize: deps
+	@cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DVANTEL_SANITIZERS=address,undefined -DVANTEL_BUILD_BENCH=OFF > build-sanitize.configure.log 2>&1 \
+	  || { cat build-sanitize.configure.log; exit 1; }
+	@cmake --build build-sanitize -j $(JOBS)
+	@ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	  ctest --test-dir build-sanitize --output-on-failure -j $(JOBS)
+
+# The tests that render on several threads at once, under ThreadSanitizer.
+tsan: deps
+	@cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DVANTEL_SANITIZERS=thread -DVANTEL_BUILD_BENCH=OFF > build-tsan.configure.log 2>&1 \
+	  || { cat build-tsan.configure.log; exit 1; }
+	@cmake --build build-tsan -j $(JOBS)
+	@TSAN_OPTIONS=halt_on_error=1 ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R Concurren
+
 clean:
-	@rm -rf $(BUILD) $(BUILD).configure.log
+	@rm -rf $(BUILD) build-sanitize build-tsan *.configure.log

@@ -1,0 +1,250 @@
+#include <Graphics2/Color.hpp>
+#include <Platform/Fatal.hpp>
+#include <Platform/Graphemes.hpp>
+#include <Platform/NumberText.hpp>
+
+#include <cmath>
+#include <cstdio>
+#include <unordered_map>
+
+namespace vantel {
+namespace {
+
+double clamped(double value) {
+    if (value <= 0) value = 0;
+    if (value > 1) value = 1;
+    return value;
+}
+
+// ------------------------------------------------------------ hexadecimal text
+
+// Unicode white space and line breaks: the space separators (Zs), the line
+// and paragraph separators, tab through carriage return, and NEL.
+bool isWhitespaceOrNewline(char32_t c) {
+    switch (c) {
+    case 0x09: case 0x0A: case 0x0B: case 0x0C: case 0x0D: case 0x20: case 0x85: case 0xA0:
+    case 0x1680: case 0x2028: case 0x2029: case 0x202F: case 0x205F: case 0x3000:
+        return true;
+    default:
+        return c >= 0x2000 && c <= 0x200A;
+    }
+}
+
+// The code point starting at text[0] and its length in bytes. Malformed
+// UTF-8 decodes as a one-byte non-space character.
+std::pair<char32_t, size_t> decodeFirst(std::string_view text) {
+    auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+    unsigned char lead = byte(0);
+    size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
+    if (length == 0 || length > text.size()) return {0xFFFD, 1};
+    if (length == 1) return {lead, 1};
+    char32_t value = lead & (0x7F >> length);
+    for (size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80) return {0xFFFD, 1};
+        value = (value << 6) | (byte(i) & 0x3F);
+    }
+    return {value, length};
+}
+
+// The code point ending at the end of text and its length in bytes.
+std::pair<char32_t, size_t> decodeLast(std::string_view text) {
+    size_t start = text.size() - 1;
+    while (start > 0 && text.size() - start < 4 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) {
+        --start;
+    }
+    auto [value, length] = decodeFirst(text.substr(start));
+    if (start + length != text.size()) return {0xFFFD, 1};
+    return {value, length};
+}
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty()) {
+        auto [c, length] = decodeFirst(text);
+        if (!isWhitespaceOrNewline(c)) break;
+        text.remove_prefix(length);
+    }
+    while (!text.empty()) {
+        auto [c, length] = decodeLast(text);
+        if (!isWhitespaceOrNewline(c)) break;
+        text.remove_suffix(length);
+    }
+    return text;
+}
+
+int hexDigitValue(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+// A prefix scan: leading white space, an optional 0x, then as many hex
+// digits as follow. No digit at all reads as 0 rather than failing.
+double scanHexComponent(std::string_view slice) {
+    while (!slice.empty()) {
+        auto [c, length] = decodeFirst(slice);
+        if (!isWhitespaceOrNewline(c)) break;
+        slice.remove_prefix(length);
+    }
+    if (slice.starts_with("0x") || slice.starts_with("0X")) slice.remove_prefix(2);
+    unsigned long value = 0;
+    for (char c : slice) {
+        int digit = hexDigitValue(c);
+        if (digit < 0) break;
+        value = value * 16 + static_cast<unsigned long>(digit);
+    }
+    return static_cast<double>(value) / 255.0;
+}
+
+// The text after trimming and removing every "#", cut into characters.
+struct HexCharacters {
+    std::string text;
+    std::vector<std::string_view> characters;
+
+    explicit HexCharacters(std::string_view input) {
+        for (char c : trimmed(input)) {
+            if (c != '#') text += c;
+        }
+        characters = graphemeClusters(text);
+        if (characters.size() < 6) {
+            fatalError("Hexadecimal colour text needs at least six digits: \"" + std::string(input) + "\"");
+        }
+    }
+    HexCharacters(const HexCharacters&) = delete;  // the views point into text
+
+    // The component held by the two characters starting at offset.
+    double component(size_t offset) const {
+        std::string_view first = characters[offset];
+        std::string_view second = characters[offset + 1];
+        size_t length = static_cast<size_t>(second.data() + second.size() - first.data());
+        return scanHexComponent(std::string_view(first.data(), length));
+    }
+
+    // Red, green and blue read from the text, alpha stored as given.
+    Color color(double alpha) const {
+        Color color;
+        color.red = component(0);
+        color.green = component(2);
+        color.blue = component(4);
+        color.alpha = alpha;
+        return color;
+    }
+};
+
+}  // namespace
+
+// ------------------------------------------------------------ construction
+
+Color::Color(double red, double green, double blue, double alpha)
+    : red(clamped(red)), green(clamped(green)), blue(clamped(blue)), alpha(clamped(alpha)) {}
+
+Color Color::rgb255(int red, int green, int blue, double alpha) {
+    return Color(red / 255.0, green / 255.0, blue / 255.0, alpha);
+}
+
+Color Color::grey(double grey, double alpha) {
+    return Color(grey, grey, grey, alpha);
+}
+
+Color Color::fromHexString(std::string_view text) {
+    HexCharacters hex(text);
+    return hex.color(hex.characters.size() == 8 ? hex.component(6) : 1);
+}
+
+Color Color::fromHexString(std::string_view text, double alpha) {
+    return HexCharacters(text).color(alpha);
+}
+
+Color Color::fromComponents(const std::vector<double>& c) {
+    switch (c.size()) {
+    case 0: return black();
+    case 1: return grey(c[0], 1);
+    case 2: return grey(c[0], c[1]);
+    case 3: return Color(c[0], c[1], c[2], 1);
+    default: return Color(c[0], c[1], c[2], c[3]);
+    }
+}
+
+// ------------------------------------------------------------ named colours
+
+const Color& Color::clear() {
+    static const Color color(0, 0, 0, 0);
+    return color;
+}
+
+#define VANTEL_DEFINE_COLOR_KEYWORD(accessor, keyword, hex) \
+    const Color& Color::accessor() {                        \
+        static const Color color = fromHexString(hex);      \
+        return color;                                       \
+    }
+VANTEL_COLOR_KEYWORDS(VANTEL_DEFINE_COLOR_KEYWORD)
+#undef VANTEL_DEFINE_COLOR_KEYWORD
+
+std::optional<Color> Color::named(std::string_view name) {
+    using Accessor = const Color& (*)();
+    static const std::unordered_map<std::string_view, Accessor> keywords = {
+#define VANTEL_COLOR_KEYWORD_ENTRY(accessor, keyword, hex) {keyword, &Color::accessor},
+        VANTEL_COLOR_KEYWORDS(VANTEL_COLOR_KEYWORD_ENTRY)
+#undef VANTEL_COLOR_KEYWORD_ENTRY
+    };
+    auto found = keywords.find(name);
+    if (found == keywords.end()) return std::nullopt;
+    return found->second();
+}
+
+// ------------------------------------------------------------ derived values
+
+double Color::greyLevel() const {
+    return (red + green + blue) / 3;
+}
+
+Color Color::withAlpha(double alpha) const {
+    return Color(red, green, blue, alpha);
+}
+
+Color Color::withoutAlpha() const {
+    return Color(red, green, blue, 1);
+}
+
+std::string Color::toHex() const {
+    char text[64];
+    std::snprintf(text, sizeof text, "#%02lX%02lX%02lX", std::lround(red * 255),
+                  std::lround(green * 255), std::lround(blue * 255));
+    return text;
+}
+
+std::string Color::toRGBA() const {
+    return "rgba(" + std::to_string(std::lround(red * 255)) + "," +
+           std::to_string(std::lround(green * 255)) + "," +
+           std::to_string(std::lround(blue * 255)) + "," + numberText(alpha) + ")";
+}
+
+// ------------------------------------------------------------ coding
+
+Color Color::decode(const Decoder& decoder) {
+    KeyedDecodingContainer container = decoder.container();
+    Color color;
+    color.red = container.decode<double>("red");
+    color.green = container.decode<double>("green");
+    color.blue = container.decode<double>("blue");
+    color.alpha = container.decode<double>("alpha");
+    return color;
+}
+
+void Color::encode(Encoder& encoder) const {
+    KeyedEncodingContainer container = encoder.container();
+    container.encode(red, "red");
+    container.encode(green, "green");
+    container.encode(blue, "blue");
+    container.encode(alpha, "alpha");
+}
+
+}  // namespace vantel
+
+std::size_t std::hash<vantel::Color>::operator()(const vantel::Color& color) const noexcept {
+    std::size_t seed = 0;
+    for (double component : {color.red, color.green, color.blue, color.alpha}) {
+        seed ^= std::hash<double>{}(component) + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
+    }
+    return seed;
+}
