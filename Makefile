@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run clean
+.PHONY: all deps configure build test run install-user clean
 
 all: build
 
@@ -23,6 +23,13 @@ test: build
 run: build
 	@./$(BUILD)/apps/vantel/vantel --version
 	@./$(BUILD)/apps/vantel/vantel --help
+
+# The command, the MIME type and the thumbnailer under ~/.local, for one user.
+# The install compiles the MIME database itself unless configured with
+# VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it here too makes sure.
+install-user: build
+	@cmake --install $(BUILD) --prefix $(HOME)/.local
+	@update-mime-database $(HOME)/.local/share/mime
 
 clean:
 	@rm -rf $(BUILD) $(BUILD).configure.log
