@@ -10,6 +10,7 @@ background and guides; the checks are:
     image data that inflates to exactly the rows IHDR promises;
   - the larger side is N and the other keeps the canvas aspect (within a pixel);
   - pixels in the margin band at each side show the background colour;
+  - inside the margin, the guides change at least 5% of the pixels;
   - every guide stroke at least two pixels wide appears in its colour.
 Exits 0 when all hold; otherwise prints one line per failure and exits 1.
 """
@@ -165,6 +166,14 @@ def check(image, document, size):
         if not close(image.rgba(x, y), background, 3):
             failures.append(f"pixel ({x}, {y}) in the margin is {image.rgba(x, y)}, "
                             f"expected the background {background}")
+
+    inner = [image.rgba(x, y)
+             for y in range(math.ceil(margin * scale), math.floor((height - margin) * scale))
+             for x in range(math.ceil(margin * scale), math.floor((width - margin) * scale))]
+    drawn = sum(1 for pixel in inner if not close(pixel, background, 24))
+    if drawn < 0.05 * len(inner):
+        failures.append(f"only {drawn} of {len(inner)} pixels inside the margin differ from the "
+                        f"background: the guides are not drawn")
 
     seen = set(image.pixels())
     for guide in guides(document.get("ratios", [])):
