@@ -5,6 +5,7 @@
 #include "Encoders.hpp"
 
 #include <limits>
+#include <vector>
 
 namespace vantel {
 
@@ -58,18 +59,16 @@ Data encodeBMP(const ImageView& image) {
 
     Data bytes(pixelOffset + pixelBytes);
     writeHeaders(bytes.data(), image, static_cast<std::uint32_t>(bytes.size()), static_cast<std::uint32_t>(pixelBytes));
-    const auto& table = pixels::unpremultiplyTable();
+    std::vector<std::uint32_t> words(static_cast<std::size_t>(image.width));
+    const auto* rgba = reinterpret_cast<const std::uint8_t*>(words.data());
     for (int y = 0; y < image.height; ++y) {
-        const std::uint32_t* row = image.row(y);
+        pixels::straightRow(image, y, words.data());
         std::uint8_t* out = bytes.data() + pixelOffset + rowBytes * static_cast<std::uint64_t>(image.height - 1 - y);
-        for (int x = 0; x < image.width; ++x, out += 4) {
-            std::uint32_t rgba = pixels::straightRGBA(row[x], table);
-            std::uint8_t straight[4];
-            std::memcpy(straight, &rgba, 4);
-            out[0] = straight[2];
-            out[1] = straight[1];
-            out[2] = straight[0];
-            out[3] = straight[3];
+        for (std::size_t i = 0; i < rowBytes; i += 4) {
+            out[i] = rgba[i + 2];
+            out[i + 1] = rgba[i + 1];
+            out[i + 2] = rgba[i];
+            out[i + 3] = rgba[i + 3];
         }
     }
     return bytes;

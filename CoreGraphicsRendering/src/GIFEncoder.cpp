@@ -27,11 +27,12 @@ constexpr std::size_t paletteLimit = 256;
 // Each pixel as 0x00RRGGBB, or transparentKey.
 std::vector<std::uint32_t> colourKeys(const ImageView& image) {
     std::vector<std::uint32_t> keys(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
-    std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(image.width));
+    std::vector<std::uint32_t> words(static_cast<std::size_t>(image.width));
+    const auto* rgba = reinterpret_cast<const std::uint8_t*>(words.data());
     auto key = keys.begin();
     for (int y = 0; y < image.height; ++y) {
-        pixels::straightRow(image, y, rgba.data());
-        for (std::size_t i = 0; i < rgba.size(); i += 4) {
+        pixels::straightRow(image, y, words.data());
+        for (std::size_t i = 0; i < 4 * words.size(); i += 4) {
             bool opaqueEnough = rgba[i + 3] >= 128;
             *key++ = opaqueEnough ? std::uint32_t(rgba[i]) << 16 | std::uint32_t(rgba[i + 1]) << 8 | rgba[i + 2]
                                   : transparentKey;

@@ -47,21 +47,4 @@ void requireNonEmpty(const ImageView& image) {
 
 void failToEncode() { throw RenderError::failedToRenderPNGRepresentation(); }
 
-namespace pixels {
-
-const UnpremultiplyTable& unpremultiplyTable() {
-    static const UnpremultiplyTable table = [] {
-        UnpremultiplyTable result{};
-        for (unsigned alpha = 1; alpha < 256; ++alpha) {
-            for (unsigned value = 0; value < 256; ++value) {
-                unsigned straight = (value * 255 + alpha / 2) / alpha;
-                result[alpha][value] = static_cast<std::uint8_t>(straight > 255 ? 255 : straight);
-            }
-        }
-        return result;
-    }();
-    return table;
-}
-
-}  // namespace pixels
 }  // namespace vantel

@@ -7,6 +7,7 @@
 #include <openjpeg.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -67,11 +68,12 @@ std::unique_ptr<opj_image_t, DestroyImage> makeImage(const ImageView& view) {
     image->x1 = static_cast<OPJ_UINT32>(view.width);
     image->y1 = static_cast<OPJ_UINT32>(view.height);
     image->comps[3].alpha = 1;
-    std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(view.width));
+    std::vector<std::uint32_t> words(static_cast<std::size_t>(view.width));
+    const auto* rgba = reinterpret_cast<const std::uint8_t*>(words.data());
     std::size_t at = 0;
     for (int y = 0; y < view.height; ++y) {
-        pixels::straightRow(view, y, rgba.data());
-        for (std::size_t i = 0; i < rgba.size(); i += 4, ++at) {
+        pixels::straightRow(view, y, words.data());
+        for (std::size_t i = 0; i < 4 * words.size(); i += 4, ++at) {
             for (int c = 0; c < 4; ++c) image->comps[c].data[at] = rgba[i + c];
         }
     }

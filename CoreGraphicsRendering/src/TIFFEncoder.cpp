@@ -7,6 +7,7 @@
 #include <tiffio.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -91,7 +92,7 @@ bool describe(TIFF* tiff, const ImageView& image) {
 }
 
 bool writeRows(TIFF* tiff, const ImageView& image) {
-    std::vector<std::uint8_t> row(4 * static_cast<std::size_t>(image.width));
+    std::vector<std::uint32_t> row(static_cast<std::size_t>(image.width));
     for (int y = 0; y < image.height; ++y) {
         pixels::straightRow(image, y, row.data());
         if (TIFFWriteScanline(tiff, row.data(), static_cast<std::uint32_t>(y), 0) < 0) return false;

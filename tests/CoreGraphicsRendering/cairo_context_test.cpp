@@ -65,15 +65,25 @@ TEST(CairoContextTest, LinesAreOnePixelWideUntilTheWidthChanges) {
     EXPECT_EQ(pixel(bitmap, 22, 15), transparent);
 }
 
-TEST(CairoContextTest, StrokingClearsThePath) {
+TEST(CairoContextTest, PathsAreStrokedInTheStrokeColourAndThenCleared) {
     BitmapContext bitmap(20, 20);
     CairoContext& context = bitmap.context();
+    context.setFillColor(1, 0, 0, 1);
+    context.setStrokeColor(0, 0, 1, 1);
     context.moveTo(5.5, 0);
     context.addLineTo(5.5, 20);
     context.strokePath();
     context.setStrokeColor(1, 0, 0, 1);
     context.strokePath();  // nothing left to stroke
-    EXPECT_EQ(pixel(bitmap, 5, 10), black);
+    EXPECT_EQ(pixel(bitmap, 5, 10), blue);
+
+    // A rectangle operation stands alone: an unstroked path begun before it
+    // is dropped, not filled with it.
+    context.moveTo(10, 10);
+    context.addLineTo(19, 10);
+    context.addLineTo(19, 19);
+    context.fillRect(CGRect{0, 19, 1, 1});
+    EXPECT_EQ(pixel(bitmap, 17, 12), transparent);
     EXPECT_NO_THROW(context.checkStatus());
 }
 
