@@ -7,7 +7,8 @@ namespace vantel {
 
 // A read-only view of pixels in cairo's ARGB32 layout: one native-endian
 // 32-bit word per pixel, 0xAARRGGBB with premultiplied colour, rows `stride`
-// bytes apart, top row first. The view does not own the memory.
+// bytes apart, top row first (`pixels` and `stride` 4-byte aligned, as cairo
+// makes them). The view does not own the memory.
 struct ImageView {
     int width = 0;
     int height = 0;
