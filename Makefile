@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run clean sanitize tsan
+.PHONY: all deps configure build test run install-user clean sanitize tsan
 
 all: build
 
@@ -40,6 +40,13 @@ tsan: deps
 	  || { cat build-tsan.configure.log; exit 1; }
 	@cmake --build build-tsan -j $(JOBS)
 	@TSAN_OPTIONS=halt_on_error=1 ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R Concurren
+
+# The command, the MIME type and the thumbnailer under ~/.local, for one user.
+# The install compiles the MIME database itself unless configured with
+# VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it here too makes sure.
+install-user: build
+	@cmake --install $(BUILD) --prefix $(HOME)/.local
+	@update-mime-database $(HOME)/.local/share/mime
 
 clean:
 	@rm -rf $(BUILD) build-sanitize build-tsan *.configure.log

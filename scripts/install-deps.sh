@@ -7,8 +7,11 @@ packages=(
   build-essential cmake ninja-build pkg-config
   libplist-dev nlohmann-json3-dev libxml2-dev libicu-dev libssl-dev
   libcairo2-dev libdeflate-dev libtiff-dev libgif-dev libjpeg62-turbo-dev libopenjp2-7-dev
-  libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
+  libpng-dev libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-plist
+  # end-to-end thumbnailer tests: a real consumer (tumblerd on a private
+  # session bus), MIME lookup, GNOME's sandbox
+  tumbler dbus-daemon dbus-bin libglib2.0-bin shared-mime-info bubblewrap
 )
 
 missing=()

@@ -15,6 +15,12 @@ struct CGRect {
     friend bool operator==(const CGRect&, const CGRect&) = default;
 };
 
+struct CGSize {
+    double width = 0;
+    double height = 0;
+    friend bool operator==(const CGSize&, const CGSize&) = default;
+};
+
 // The affine map (x, y) -> (a x + c y + tx, b x + d y + ty).
 struct CGAffineTransform {
     double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;

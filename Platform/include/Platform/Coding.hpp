@@ -300,6 +300,8 @@ public:
     void encode(std::int64_t value);
     void encode(double value);
     void encode(std::string value);
+    // Without this a string literal would convert to bool, silently.
+    void encode(const char* value) { encode(std::string(value)); }
     void encode(Data value);
 
 private:

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <Graphics2/CGContext.hpp>
+
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+// cairo's opaque handles, declared as cairo.h declares them, so that users of
+// this header need not see cairo's headers.
+typedef struct _cairo cairo_t;
+typedef struct _cairo_surface cairo_surface_t;
+
+namespace vantel {
+
+// A cairo drawing error. cairo's errors are sticky: the first one stops all
+// later drawing on that context, so it is checked once at the end.
+class CairoError : public std::runtime_error {
+public:
+    explicit CairoError(int status);
+    int status;  // a cairo_status_t
+};
+
+// The drawing target of raster drawables on cairo, behaving like the
+// platform's context: separate stroke and fill colours saved and restored with
+// the rest of the state, black fill and stroke, line width 1. Move-only; owns
+// one reference to its cairo_t.
+class CairoContext final : public CGContext {
+public:
+    // Takes a reference of its own: the caller keeps (and releases) theirs.
+    explicit CairoContext(cairo_t* cairo);
+    // A new cairo_t drawing onto `surface`.
+    static CairoContext onSurface(cairo_surface_t* surface);
+
+    CairoContext(CairoContext&&) noexcept = default;
+    CairoContext& operator=(CairoContext&&) noexcept = default;
+    ~CairoContext() override = default;
+
+    cairo_t* cairo() const { return cairo_.get(); }
+    // Throws CairoError if any drawing so far has failed.
+    void checkStatus() const;
+
+    void saveGState() override;
+    void restoreGState() override;
+
+    void setStrokeColor(double red, double green, double blue, double alpha) override;
+    void setFillColor(double red, double green, double blue, double alpha) override;
+    void setLineWidth(double width) override;
+
+    void rotateCTM(double radians) override;
+    void translateCTM(double tx, double ty) override;
+    void scaleCTM(double sx, double sy) override;
+    void concatCTM(const CGAffineTransform& transform) override;
+
+    void moveTo(double x, double y) override;
+    void addLineTo(double x, double y) override;
+    void strokePath() override;
+
+    void fillRect(const CGRect& rect) override;
+    void strokeRect(const CGRect& rect) override;
+    void clearRect(const CGRect& rect) override;
+
+private:
+    struct RGBA {
+        double red = 0, green = 0, blue = 0, alpha = 1;
+    };
+    // cairo has a single source; the two colours live here instead, and
+    // are saved and restored beside cairo's own state.
+    struct PaintState {
+        RGBA stroke;
+        RGBA fill;
+    };
+    struct Release {
+        void operator()(cairo_t* cairo) const;
+    };
+
+    CairoContext(cairo_t* cairo, bool adopt);
+    void setSource(const RGBA& colour);
+    void addRectangle(const CGRect& rect);
+
+    std::unique_ptr<cairo_t, Release> cairo_;
+    PaintState paint_;
+    std::vector<PaintState> savedPaint_;
+};
+
+}  // namespace vantel

@@ -1,0 +1,103 @@
+#include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
+
+#include <CoreGraphicsRendering/CairoContext.hpp>
+#include <CoreGraphicsRendering/RenderError.hpp>
+#include <Graphics2/Size.hpp>
+#include <Platform/Fatal.hpp>
+#include <Platform/FileIO.hpp>
+#include <Platform/NumberText.hpp>
+
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+#include <string>
+
+namespace vantel {
+
+namespace {
+
+std::int64_t wholePixels(double side) {
+    if (!std::isfinite(side) || side < -9223372036854775808.0 || side >= 9223372036854775808.0) {
+        fatalError("Sketch size " + numberText(side) + " cannot be converted to whole pixels");
+    }
+    return static_cast<std::int64_t>(side);
+}
+
+// "png" -> "Png", "jpeg2000" -> "Jpeg2000".
+std::string capitalised(std::string text) {
+    if (!text.empty()) text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
+    return text;
+}
+
+}  // namespace
+
+CoreGraphicsRenderer::CoreGraphicsRenderer(const Sketch& sketch, CGContext* context, bool debug)
+    : CoreGraphicsRenderer(wholePixels(sketch.size().width), wholePixels(sketch.size().height), context,
+                           debug) {
+    sketch.body().draw(*context_);
+}
+
+CoreGraphicsRenderer::CoreGraphicsRenderer(std::int64_t width, std::int64_t height, CGContext* context,
+                                           bool debug)
+    : debug(debug), width_(width), height_(height), context_(context) {
+    if (width < 1 || height < 1) throw RenderError::dimensionIsZero(width, height);
+    if (context_ != nullptr) return;
+    try {
+        bitmap_.emplace(width, height);
+    } catch (const CairoError& error) {
+        fatalError("Cannot make a " + std::to_string(width) + " x " + std::to_string(height) +
+                   " bitmap context: " + error.what());
+    }
+    context_ = &bitmap_->context();
+}
+
+void CoreGraphicsRenderer::addShape(const Drawable& shape) {
+    if (debug) {
+        shape.debugDraw(*context_);
+    } else {
+        shape.draw(*context_);
+    }
+}
+
+void CoreGraphicsRenderer::addShapes(const std::vector<Drawable>& shapes) {
+    for (const Drawable& shape : shapes) addShape(shape);
+}
+
+Data CoreGraphicsRenderer::render(NSBitmapImageFileType type) const {
+    if (!bitmap_) throw RenderError::failedToMakeImage();
+    try {
+        bitmap_->context().checkStatus();
+    } catch (const CairoError&) {
+        throw RenderError::failedToMakeImage();
+    }
+    return encodeImage(bitmap_->image(), type);
+}
+
+void CoreGraphicsRenderer::writePNG(const URL& url) const { writeImage(NSBitmapImageFileType::png, url); }
+
+void CoreGraphicsRenderer::writeImage(NSBitmapImageFileType type, const URL& url) const {
+    std::filesystem::create_directories(url.deletingLastPathComponent().path());
+    Data data = render(type);
+    writeData(data, url);
+}
+
+void CoreGraphicsRenderer::writePNG(std::string_view name, const URL& folder, bool includeSubDir) const {
+    writeImage(NSBitmapImageFileType::png, name, folder, includeSubDir);
+}
+
+void CoreGraphicsRenderer::writeImage(NSBitmapImageFileType type, std::string_view name, const URL& folder,
+                                      bool includeSubDir) const {
+    writeImage(type, imageURL(type, name, folder, includeSubDir));
+}
+
+URL CoreGraphicsRenderer::imageURL(NSBitmapImageFileType type, std::string_view name, const URL& folder,
+                                   bool includeSubDir) {
+    std::string extension = fileExtension(type);
+    URL url = folder;
+    if (includeSubDir) url = url.appendingPathComponent(capitalised(extension), true);
+    url = url.appendingPathComponent(name);
+    if (url.pathExtension() != extension) url = url.appendingPathExtension(extension);
+    return url;
+}
+
+}  // namespace vantel

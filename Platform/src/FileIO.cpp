@@ -1,0 +1,123 @@
+#include <Platform/FileIO.hpp>
+
+#include <Platform/UUID.hpp>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+namespace vantel {
+
+namespace {
+
+[[noreturn]] void throwFileError(const std::string& what, const std::filesystem::path& path,
+                                 int error) {
+    throw std::filesystem::filesystem_error(what, path, std::error_code(error, std::system_category()));
+}
+
+// Closes on scope exit; close errors after a write are checked by hand.
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int fd) : fd_(fd) {}
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() {
+        if (fd_ >= 0) ::close(fd_);
+    }
+    int get() const { return fd_; }
+    int release() {
+        int fd = fd_;
+        fd_ = -1;
+        return fd;
+    }
+
+private:
+    int fd_;
+};
+
+void writeAll(int fd, const Data& data, const std::filesystem::path& path) {
+    std::size_t written = 0;
+    while (written < data.size()) {
+        ssize_t count = ::write(fd, data.data() + written, data.size() - written);
+        if (count < 0) {
+            if (errno == EINTR) continue;
+            throwFileError("cannot write file", path, errno);
+        }
+        written += static_cast<std::size_t>(count);
+    }
+}
+
+void closeChecked(FileDescriptor& file, const std::filesystem::path& path) {
+    if (::close(file.release()) != 0) throwFileError("cannot write file", path, errno);
+}
+
+// A new file beside the target under a random name; created exclusively, with
+// the permissions any new file gets.
+int createTemporaryBeside(const std::filesystem::path& target, std::filesystem::path& temporary) {
+    std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    for (int attempt = 0; attempt < 16; ++attempt) {
+        temporary = folder / ("." + target.filename().string() + "." + UUID::random().uuidString());
+        int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0 || errno != EEXIST) return fd;
+    }
+    return -1;
+}
+
+}  // namespace
+
+Data readData(const URL& url) { return readData(url.path()); }
+
+Data readData(const std::filesystem::path& path) {
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (file.get() < 0) throwFileError("cannot read file", path, errno);
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0) throwFileError("cannot read file", path, errno);
+    Data data;
+    // The size is a hint only: files in /proc report 0, others may grow.
+    data.reserve(static_cast<std::size_t>(status.st_size > 0 ? status.st_size : 0));
+    constexpr std::size_t chunk = 1 << 16;
+    for (;;) {
+        std::size_t used = data.size();
+        std::size_t room = data.capacity() > used ? data.capacity() - used : chunk;
+        data.resize(used + room);
+        ssize_t count = ::read(file.get(), data.data() + used, room);
+        if (count < 0) {
+            data.resize(used);
+            if (errno == EINTR) continue;
+            throwFileError("cannot read file", path, errno);
+        }
+        data.resize(used + static_cast<std::size_t>(count));
+        if (count == 0) return data;
+    }
+}
+
+void writeData(const Data& data, const URL& url) { writeData(data, url.path()); }
+
+void writeData(const Data& data, const std::filesystem::path& path) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (file.get() < 0) throwFileError("cannot write file", path, errno);
+    writeAll(file.get(), data, path);
+    closeChecked(file, path);
+}
+
+void writeDataAtomically(const Data& data, const URL& url) { writeDataAtomically(data, url.path()); }
+
+void writeDataAtomically(const Data& data, const std::filesystem::path& path) {
+    std::filesystem::path temporary;
+    FileDescriptor file(createTemporaryBeside(path, temporary));
+    if (file.get() < 0) throwFileError("cannot write file", path, errno);
+    try {
+        writeAll(file.get(), data, path);
+        closeChecked(file, path);
+        if (::rename(temporary.c_str(), path.c_str()) != 0) throwFileError("cannot write file", path, errno);
+    } catch (...) {
+        ::unlink(temporary.c_str());
+        throw;
+    }
+}
+
+}  // namespace vantel

@@ -1,0 +1,221 @@
+#include <CoreGraphicsRendering/BitmapContext.hpp>
+#include <CoreGraphicsRendering/ImageEncoding.hpp>
+#include <CoreGraphicsRendering/RenderError.hpp>
+
+#include "ImageReaders.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <unordered_set>
+#include <vector>
+
+using namespace vantel;
+namespace readers = vantel::testing;
+using readers::DecodedImage;
+using Pixel = std::array<int, 4>;
+
+namespace {
+
+// Premultiplied ARGB32 pixels with padding at the end of each row, so that
+// encoders must honour the stride.
+struct Picture {
+    int width, height, stride;
+    std::vector<std::uint32_t> words;
+
+    Picture(int width, int height) : width(width), height(height), stride(4 * width + 12),
+                                     words(static_cast<std::size_t>(stride / 4) * height, 0xdeadbeef) {
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) set(x, y, 0);
+    }
+    void set(int x, int y, std::uint32_t argb) { words[static_cast<std::size_t>(y) * (stride / 4) + x] = argb; }
+    void fill(int x0, int y0, int x1, int y1, std::uint32_t argb) {
+        for (int y = y0; y < y1; ++y)
+            for (int x = x0; x < x1; ++x) set(x, y, argb);
+    }
+    ImageView view() const {
+        return ImageView{width, height, stride, reinterpret_cast<const std::uint8_t*>(words.data())};
+    }
+};
+
+std::uint32_t opaque(int r, int g, int b) { return 0xff000000u | r << 16 | g << 8 | b; }
+
+// Opaque colours that differ along both axes (exercising the row filters),
+// a transparent block, and translucent pixels whose straight colour is known.
+Picture detailedPicture() {
+    Picture picture(37, 23);
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) picture.set(x, y, opaque(x * 7, y * 11, (x * y) % 256));
+    picture.fill(20, 5, 30, 15, 0);
+    picture.set(1, 1, 0x80800000);  // straight (255, 0, 0, 128)
+    picture.set(2, 1, 0x40204010);  // straight (128, 255, 64, 64)
+    picture.set(3, 1, 0x01010000);  // straight (255, 0, 0, 1)
+    return picture;
+}
+
+Pixel straightOfDetailed(int x, int y) {
+    if (x >= 20 && x < 30 && y >= 5 && y < 15) return {0, 0, 0, 0};
+    if (y == 1 && x == 1) return {255, 0, 0, 128};
+    if (y == 1 && x == 2) return {128, 255, 64, 64};
+    if (y == 1 && x == 3) return {255, 0, 0, 1};
+    return {x * 7, y * 11, (x * y) % 256, 255};
+}
+
+void expectEveryPixel(const DecodedImage& decoded, const std::function<Pixel(int, int)>& expected) {
+    int mismatches = 0;
+    for (int y = 0; y < decoded.height; ++y) {
+        for (int x = 0; x < decoded.width; ++x) {
+            if (decoded.at(x, y) == expected(x, y)) continue;
+            if (++mismatches <= 5) ADD_FAILURE() << "pixel (" << x << ", " << y << ") differs";
+        }
+    }
+    EXPECT_EQ(mismatches, 0);
+}
+
+struct LosslessFormat {
+    NSBitmapImageFileType type;
+    DecodedImage (*read)(const Data&);
+};
+
+const LosslessFormat losslessFormats[] = {
+    {NSBitmapImageFileType::png, readers::readPNG},
+    {NSBitmapImageFileType::tiff, readers::readTIFF},
+    {NSBitmapImageFileType::bmp, readers::readBMP},
+    {NSBitmapImageFileType::jpeg2000, readers::readJPEG2000},
+};
+
+}  // namespace
+
+TEST(ImageFileTypeTest, ExtensionsFollowThePlatformRawValues) {
+    const char* expected[] = {"tiff", "bmp", "gif", "jpeg", "png", "jpeg2000"};
+    for (std::uint64_t raw = 0; raw < 6; ++raw) {
+        EXPECT_EQ(fileExtension(static_cast<NSBitmapImageFileType>(raw)), expected[raw]);
+    }
+}
+
+TEST(ImageFileTypeDeathTest, UnknownRawValueStops) {
+    EXPECT_DEATH(fileExtension(static_cast<NSBitmapImageFileType>(6)), "Unknown file format: .*6");
+}
+
+TEST(RenderErrorTest, CasesCompareByKindAndSize) {
+    EXPECT_EQ(RenderError::dimensionIsZero(0, 100), RenderError::dimensionIsZero(0, 100));
+    EXPECT_FALSE(RenderError::dimensionIsZero(0, 100) == RenderError::dimensionIsZero(100, 0));
+    EXPECT_FALSE(RenderError::failedToMakeImage() == RenderError::failedToRenderPNGRepresentation());
+    EXPECT_NE(std::string(RenderError::dimensionIsZero(0, 100).what()).find("0 x 100"), std::string::npos);
+    std::unordered_set<RenderError> seen{RenderError::failedToMakeImage(), RenderError::failedToMakeImage()};
+    EXPECT_EQ(seen.size(), 1u);
+}
+
+TEST(ImageEncodingTest, LosslessFormatsReadBackExactlyWithStraightAlpha) {
+    Picture picture = detailedPicture();
+    for (const auto& format : losslessFormats) {
+        SCOPED_TRACE(fileExtension(format.type));
+        DecodedImage decoded = format.read(encodeImage(picture.view(), format.type));
+        ASSERT_EQ(decoded.width, 37);
+        ASSERT_EQ(decoded.height, 23);
+        expectEveryPixel(decoded, straightOfDetailed);
+    }
+}
+
+TEST(ImageEncodingTest, PNGIsEightBitRGBAAtEveryCompressionLevel) {
+    Picture picture = detailedPicture();
+    for (int level : {0, 1, 6, 12}) {
+        Data png = encodePNG(picture.view(), level);
+        EXPECT_EQ(png[24], 8);  // IHDR bit depth
+        EXPECT_EQ(png[25], 6);  // IHDR colour type RGBA
+        expectEveryPixel(readers::readPNG(png), straightOfDetailed);
+    }
+}
+
+TEST(ImageEncodingTest, GIFWithFewColoursIsExactAndHalfTransparencyDecides) {
+    Picture picture(16, 8);
+    picture.fill(0, 0, 8, 8, opaque(10, 20, 30));
+    picture.fill(8, 0, 16, 4, opaque(200, 100, 0));
+    picture.set(1, 1, 0x40400000);  // a quarter opaque: transparent
+    picture.set(2, 1, 0xc0c00000);  // three quarters: opaque straight red
+    DecodedImage decoded = readers::readGIF(encodeImage(picture.view(), NSBitmapImageFileType::gif));
+    ASSERT_EQ(decoded.width, 16);
+    ASSERT_EQ(decoded.height, 8);
+    expectEveryPixel(decoded, [](int x, int y) -> Pixel {
+        if (x == 1 && y == 1) return {0, 0, 0, 0};
+        if (x == 2 && y == 1) return {255, 0, 0, 255};
+        if (x < 8) return {10, 20, 30, 255};
+        return y < 4 ? Pixel{200, 100, 0, 255} : Pixel{0, 0, 0, 0};
+    });
+}
+
+TEST(ImageEncodingTest, GIFWithManyColoursKeepsTheCommonOnesAndApproximatesTheRest) {
+    Picture picture(300, 100);
+    picture.fill(0, 0, 150, 100, opaque(0, 0, 128));
+    picture.fill(150, 0, 300, 100, opaque(255, 255, 255));
+    for (int x = 0; x < 300; ++x)  // 600 rarer colours, all on one grey-ish ramp
+        for (int y = 40; y < 42; ++y) picture.set(x, y, opaque(x * 255 / 299, (x + y) % 256 / 2 + 64, 100));
+    DecodedImage decoded = readers::readGIF(encodeImage(picture.view(), NSBitmapImageFileType::gif));
+    EXPECT_EQ(decoded.at(10, 10), (Pixel{0, 0, 128, 255}));
+    EXPECT_EQ(decoded.at(290, 90), (Pixel{255, 255, 255, 255}));
+    for (int x = 0; x < 300; x += 13) {
+        Pixel got = decoded.at(x, 40);
+        EXPECT_LE(std::abs(got[0] - x * 255 / 299) + std::abs(got[2] - 100), 24) << "x " << x;
+    }
+}
+
+TEST(ImageEncodingTest, JPEGIsCompositedOverWhite) {
+    Picture picture(64, 32);
+    picture.fill(0, 0, 32, 32, opaque(200, 30, 30));
+    picture.fill(32, 0, 48, 32, 0);           // transparent: white
+    picture.fill(48, 0, 64, 32, 0x80000000);  // half-transparent black: mid grey
+    DecodedImage decoded = readers::readJPEG(encodeImage(picture.view(), NSBitmapImageFileType::jpeg));
+    ASSERT_EQ(decoded.width, 64);
+    ASSERT_EQ(decoded.height, 32);
+    auto near = [](Pixel got, Pixel want) {
+        for (int c = 0; c < 4; ++c)
+            if (std::abs(got[c] - want[c]) > 6) return false;
+        return true;
+    };
+    EXPECT_TRUE(near(decoded.at(16, 16), {200, 30, 30, 255}));
+    EXPECT_TRUE(near(decoded.at(40, 16), {255, 255, 255, 255}));
+    EXPECT_TRUE(near(decoded.at(56, 16), {127, 127, 127, 255}));
+}
+
+TEST(ImageEncodingTest, AnUntouchedBitmapEncodesAsAFullSizeTransparentImage) {
+    BitmapContext bitmap(33, 17);
+    const Pixel clear{0, 0, 0, 0};
+    for (const auto& format : losslessFormats) {
+        SCOPED_TRACE(fileExtension(format.type));
+        DecodedImage decoded = format.read(encodeImage(bitmap.image(), format.type));
+        EXPECT_EQ(decoded.width, 33);
+        EXPECT_EQ(decoded.height, 17);
+        expectEveryPixel(decoded, [&](int, int) { return clear; });
+    }
+    DecodedImage gif = readers::readGIF(encodeImage(bitmap.image(), NSBitmapImageFileType::gif));
+    EXPECT_EQ(gif.width, 33);
+    expectEveryPixel(gif, [&](int, int) { return clear; });
+    DecodedImage jpeg = readers::readJPEG(encodeImage(bitmap.image(), NSBitmapImageFileType::jpeg));
+    EXPECT_EQ(jpeg.height, 17);
+    EXPECT_EQ(jpeg.at(0, 0), (Pixel{255, 255, 255, 255}));
+}
+
+TEST(ImageEncodingTest, DrawnPixelsReachTheFileAtTheirPlace) {
+    BitmapContext bitmap(1000, 700);
+    bitmap.context().setFillColor(0, 0.5, 1, 1);
+    bitmap.context().fillRect(CGRect{0, 0, 1, 1});
+    bitmap.context().fillRect(CGRect{500, 300, 200, 100});
+    DecodedImage decoded = readers::readPNG(encodeImage(bitmap.image(), NSBitmapImageFileType::png));
+    EXPECT_EQ(decoded.at(0, 0), (Pixel{0, 128, 255, 255}));
+    EXPECT_EQ(decoded.at(1, 0), (Pixel{0, 0, 0, 0}));
+    EXPECT_EQ(decoded.at(699, 399), (Pixel{0, 128, 255, 255}));
+    EXPECT_EQ(decoded.at(700, 399), (Pixel{0, 0, 0, 0}));
+}
+
+TEST(ImageEncodingTest, AnEmptyViewIsAZeroDimensionError) {
+    Picture picture(1, 1);
+    ImageView empty = picture.view();
+    empty.height = 0;
+    try {
+        encodeImage(empty, NSBitmapImageFileType::tiff);
+        FAIL() << "an empty image was encoded";
+    } catch (const RenderError& error) {
+        EXPECT_EQ(error, RenderError::dimensionIsZero(1, 0));
+    }
+}

@@ -1,0 +1,73 @@
+#include <Platform/FileIO.hpp>
+
+#include "TestSupport.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <functional>
+#include <string>
+
+using namespace vantel;
+using vantel::testing::TemporaryFolder;
+
+namespace {
+
+Data bytes(std::string_view text) { return Data(text.begin(), text.end()); }
+
+std::filesystem::filesystem_error fileError(const std::function<void()>& body) {
+    try {
+        body();
+    } catch (const std::filesystem::filesystem_error& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no file error";
+    return std::filesystem::filesystem_error("", std::error_code());
+}
+
+std::size_t entryCount(const std::filesystem::path& folder) {
+    std::size_t count = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++count;
+    return count;
+}
+
+}  // namespace
+
+TEST(FileIOTest, WritesAndReadsWholeFilesReplacingOldContent) {
+    TemporaryFolder folder;
+    URL url = URL::fileURL(folder / "data.bin");
+    Data large(300'000);
+    for (std::size_t i = 0; i < large.size(); ++i) large[i] = static_cast<std::uint8_t>(i * 7);
+    writeData(large, url);
+    EXPECT_EQ(readData(url), large);
+    writeData(bytes("short"), url);
+    EXPECT_EQ(readData(url.path()), bytes("short"));
+    writeData({}, url);
+    EXPECT_TRUE(readData(url).empty());
+}
+
+TEST(FileIOTest, FailuresNameThePathAndTheSystemReason) {
+    TemporaryFolder folder;
+    auto missing = fileError([&] { readData(folder / "missing.plist"); });
+    EXPECT_EQ(missing.code(), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(missing.path1(), folder / "missing.plist");
+    EXPECT_NE(std::string(missing.what()).find("missing.plist"), std::string::npos);
+
+    auto directory = fileError([&] { readData(folder.path()); });
+    EXPECT_EQ(directory.code(), std::errc::is_a_directory);
+
+    auto noFolder = fileError([&] { writeData(bytes("x"), URL::fileURL(folder / "absent" / "x")); });
+    EXPECT_EQ(noFolder.code(), std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(std::filesystem::exists(folder / "absent"));
+}
+
+TEST(FileIOTest, AtomicWritesReplaceTheFileAndLeaveNothingElse) {
+    TemporaryFolder folder;
+    std::filesystem::path target = folder / "thumb.png";
+    writeData(bytes("old"), target);
+    writeDataAtomically(bytes("new content"), target);
+    EXPECT_EQ(readData(target), bytes("new content"));
+    EXPECT_EQ(entryCount(folder.path()), 1u);
+    EXPECT_THROW(writeDataAtomically(bytes("x"), folder / "absent" / "x"), std::filesystem::filesystem_error);
+    EXPECT_EQ(entryCount(folder.path()), 1u);
+}
