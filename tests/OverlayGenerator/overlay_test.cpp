@@ -2,6 +2,9 @@
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <OverlayGenerator/UTType.hpp>
 
+#include <CoreGraphicsRendering/BitmapContext.hpp>
+#include <CoreGraphicsRendering/ImageEncoding.hpp>
+#include <CoreGraphicsRendering/RenderError.hpp>
 #include <Graphics2/Rectangle.hpp>
 #include <Graphics2/StyledShape.hpp>
 #include <RecordingContext.hpp>
@@ -61,16 +64,19 @@ TEST(OverlayConcurrencyTest, BodiesOfTwoDocumentsOnTwoThreadsMatchTheirSingleThr
     AspectRatio nested = guide(16, 9);
     nested.children = std::vector<AspectRatio>{guide(4, 3), guide(1, 1)};
     nested.rowType = GridType::divisor(3);
-    const OverlayGen first(1920, 1080, 40, Color::navy(), {nested, guide(9, 16)});
-    const OverlayGen second(500, 700, 5, Color::black(), {guide(1, 1), nested});
+    const OverlayGen first(320, 180, 8, Color::navy(), {nested, guide(9, 16)});
+    const OverlayGen second(150, 210, 5, Color::black(), {guide(1, 1), nested});
     const auto firstExpected = rasterOperations(first.body());
     const auto secondExpected = rasterOperations(second.body());
+    const Data firstImage = first.render();
+    const Data secondImage = second.render();
     ASSERT_NE(firstExpected, secondExpected);
 
     std::atomic<int> mismatches{0};
-    auto work = [&](const OverlayGen& document, const std::vector<std::string>& expected) {
+    auto work = [&](const OverlayGen& document, const std::vector<std::string>& expected, const Data& image) {
         for (int i = 0; i < 200; ++i) {
             if (rasterOperations(document.body()) != expected) ++mismatches;
+            if (i % 10 == 0 && document.render() != image) ++mismatches;
             // The stateful layout must see this thread's document, never the other one.
             const AspectRatio& last = document.ratios()[1];
             if (rasterOperations(last.drawing()) != rasterOperations(last.drawing(document.size(), document.size()))) {
@@ -78,11 +84,36 @@ TEST(OverlayConcurrencyTest, BodiesOfTwoDocumentsOnTwoThreadsMatchTheirSingleThr
             }
         }
     };
-    std::thread a(work, std::cref(first), std::cref(firstExpected));
-    std::thread b(work, std::cref(second), std::cref(secondExpected));
+    std::thread a(work, std::cref(first), std::cref(firstExpected), std::cref(firstImage));
+    std::thread b(work, std::cref(second), std::cref(secondExpected), std::cref(secondImage));
     a.join();
     b.join();
     EXPECT_EQ(mismatches.load(), 0);
+}
+
+TEST(OverlayRenderTest, ClearParentDecidesWhetherTheParentsFillShowsUnderAChild) {
+    auto centreAlpha = [](bool clearParent) {
+        AspectRatio parent = guide(1, 1);
+        parent.fillColor = Color(1, 0, 0, 1);
+        AspectRatio inner = guide(1, 2);  // clear fill
+        inner.clearParent = clearParent;
+        parent.children = std::vector<AspectRatio>{inner};
+        OverlayGen document(100, 100, 0, Color(0, 0, 1, 1), {parent});
+        BitmapContext bitmap(100, 100);
+        document.body().draw(bitmap.context());
+        return bitmap.image().row(50)[50] >> 24;
+    };
+    EXPECT_EQ(centreAlpha(false), 255u);
+    EXPECT_EQ(centreAlpha(true), 0u);
+}
+
+TEST(OverlayRenderTest, RenderEncodesTheBodyAsPNGAndPassesRenderErrorsOn) {
+    OverlayGen document(64, 48, 4, Color::navy(), {guide(16, 9)});
+    BitmapContext bitmap(64, 48);
+    document.body().draw(bitmap.context());
+    EXPECT_EQ(document.render(), encodeImage(bitmap.image(), NSBitmapImageFileType::png));
+
+    EXPECT_THROW(OverlayGen(0, 48, 0, Color::navy(), {}).render(), RenderError);
 }
 
 TEST(OverlayGenTest, PublishedValuesAnnounceChangesBeforeTheyTakeEffect) {
