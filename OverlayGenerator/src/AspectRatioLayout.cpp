@@ -7,6 +7,7 @@
 #include <OverlayGenerator/Grid.hpp>
 #include <Platform/Fatal.hpp>
 
+#include <string>
 #include <utility>
 
 namespace vantel {
@@ -21,7 +22,10 @@ GroupDrawable oneElementGroup(Drawable drawable) {
 }
 
 const Size& layoutSize(const std::optional<Size>& size, const char* name) {
-    if (!size) fatalError(std::string("Guide layout needs ") + name + ", which is unset: lay guides out from a document body");
+    if (!size) {
+        fatalError(std::string("Guide layout needs ") + name +
+                   ", which is unset: lay guides out from a document body or pass the sizes");
+    }
     return *size;
 }
 

@@ -36,6 +36,6 @@ template <>
 struct std::hash<vantel::GridType> {
     std::size_t operator()(const vantel::GridType& grid) const noexcept {
         std::size_t seed = std::hash<int>{}(static_cast<int>(grid.tag));
-        return seed ^ (std::hash<std::int64_t>{}(grid.payload) + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2));
+        return seed * 31 + std::hash<std::int64_t>{}(grid.payload);
     }
 };
