@@ -1,12 +1,63 @@
-#include <CLI/CLI.hpp>
+#include "CommandRegistry.hpp"
 
+#include <algorithm>
 #include <iostream>
+#include <map>
+
+namespace vantel::cli {
+
+namespace {
+
+std::multimap<int, CommandSetup>& registry() {
+    static std::multimap<int, CommandSetup> commands;
+    return commands;
+}
+
+const char* const exitCodeHelp =
+    "Exit codes: 0 success, 1 a document is bad (cannot be read as an overlay or\n"
+    "cannot be drawn), 2 bad usage, 3 an input or output file could not be read or written.";
+
+}  // namespace
+
+CommandRegistration::CommandRegistration(int order, CommandSetup setup) {
+    registry().emplace(order, std::move(setup));
+}
+
+std::vector<CommandSetup> registeredCommands() {
+    std::vector<CommandSetup> commands;
+    for (const auto& entry : registry()) commands.push_back(entry.second);
+    return commands;
+}
+
+ExitCode worse(ExitCode a, ExitCode b) {
+    auto rank = [](ExitCode code) {
+        switch (code) {
+            case ExitCode::ok: return 0;
+            case ExitCode::badDocument: return 1;
+            case ExitCode::ioFailure: return 2;
+            case ExitCode::badUsage: return 3;
+        }
+        return 0;
+    };
+    return rank(a) >= rank(b) ? a : b;
+}
+
+}  // namespace vantel::cli
 
 int main(int argc, char** argv) {
+    using namespace vantel::cli;
     CLI::App app{"vantel: preview, render and check overlay documents"};
     app.set_version_flag("--version", std::string("vantel ") + VANTEL_VERSION);
+    app.footer(exitCodeHelp);
     app.require_subcommand(0, 1);
-    CLI11_PARSE(app, argc, argv);
-    if (argc == 1) std::cout << app.help();
-    return 0;
+    ExitCode result = ExitCode::ok;
+    for (const auto& setup : registeredCommands()) setup(app, result);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        int code = app.exit(error);
+        return code == 0 ? 0 : static_cast<int>(ExitCode::badUsage);
+    }
+    if (app.get_subcommands().empty()) std::cout << app.help();
+    return static_cast<int>(result);
 }

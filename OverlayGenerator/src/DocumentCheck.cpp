@@ -1,0 +1,149 @@
+#include <OverlayGenerator/DocumentCheck.hpp>
+
+#include <OverlayGenerator/AspectRatio.hpp>
+#include <Platform/NumberText.hpp>
+
+#include <cmath>
+#include <optional>
+
+namespace vantel {
+
+std::string DocumentProblem::text() const {
+    return path.empty() ? message : path + ": " + message;
+}
+
+namespace {
+
+class DocumentChecker {
+public:
+    std::vector<DocumentProblem> problems;
+
+    void checkCanvas(const Size& size) {
+        bool finite = checkLength("size.width", size.width, "canvas width") &
+                      checkLength("size.height", size.height, "canvas height") &
+                      checkLength("size.margin", size.margin, "margin");
+        if (!finite) return;
+        std::string dimensions = numberText(size.width) + " x " + numberText(size.height);
+        if (std::trunc(size.width) < 1 || std::trunc(size.height) < 1) {
+            report("size", "canvas " + dimensions + " is smaller than one pixel");
+        } else if (size.width > DrawingLimits::maxCanvasSide || size.height > DrawingLimits::maxCanvasSide) {
+            report("size", "canvas " + dimensions + " is larger than the limit of " +
+                               limitText(DrawingLimits::maxCanvasSide) + " px a side");
+        } else if (std::trunc(size.width) * std::trunc(size.height) > DrawingLimits::maxCanvasPixels) {
+            report("size", "canvas " + dimensions + " is larger than the limit of " +
+                               limitText(DrawingLimits::maxCanvasPixels) + " pixels");
+        } else if (size.marginWidth() <= 0 || size.marginHeight() <= 0) {
+            report("size.margin", "margin " + numberText(size.margin) + " leaves no room on a " +
+                                      dimensions + " canvas");
+        }
+    }
+
+    void checkColor(const std::string& path, const Color& color) {
+        const std::pair<const char*, double> components[] = {
+            {"red", color.red}, {"green", color.green}, {"blue", color.blue}, {"alpha", color.alpha}};
+        for (const auto& [name, value] : components) {
+            if (!std::isfinite(value)) report(path + "." + name, numberText(value) + " is not a finite number");
+        }
+    }
+
+    // Checks a guide and its children. `box` is the size the guide is fitted
+    // into; without one (an unusable canvas) the layout-dependent grid checks
+    // are left out.
+    void checkGuide(const std::string& path, const AspectRatio& guide, const std::optional<Size>& box,
+                    int depth) {
+        if (depth > DrawingLimits::maxGuideDepth) {
+            report(path, "guides nested deeper than " + std::to_string(DrawingLimits::maxGuideDepth) +
+                             " levels cannot be drawn");
+            return;
+        }
+        bool sidesUsable = checkRatioSide(path + ".width", guide.width) &
+                           checkRatioSide(path + ".height", guide.height);
+        bool weightUsable = checkLength(path + ".weight", guide.weight, "weight");
+        checkColor(path + ".color", guide.color);
+        checkColor(path + ".fillColor", guide.fillColor);
+        std::optional<Size> fitted;
+        if (box && sidesUsable && weightUsable) {
+            fitted = guide.fitting(*box);
+            checkGrid(path + ".rowType", guide.rowType, fitted->height - guide.weight);
+            checkGrid(path + ".columnType", guide.columnType, fitted->width - guide.weight);
+        }
+        if (!guide.children) return;
+        for (std::size_t i = 0; i < guide.children->size(); ++i) {
+            checkGuide(path + ".children[" + std::to_string(i) + "]", (*guide.children)[i], fitted, depth + 1);
+        }
+    }
+
+private:
+    void report(std::string path, std::string message) {
+        problems.push_back({std::move(path), std::move(message)});
+    }
+
+    static std::string limitText(double limit) {
+        return std::to_string(static_cast<std::int64_t>(limit));
+    }
+
+    bool checkLength(const std::string& path, double value, const std::string& what) {
+        if (!std::isfinite(value)) {
+            report(path, numberText(value) + " is not a finite number");
+            return false;
+        }
+        if (value < 0) {
+            report(path, what + " " + numberText(value) + " is negative");
+            return false;
+        }
+        return true;
+    }
+
+    bool checkRatioSide(const std::string& path, double value) {
+        if (!std::isfinite(value)) {
+            report(path, numberText(value) + " is not a finite number");
+            return false;
+        }
+        if (value <= 0) {
+            report(path, "a guide needs a positive ratio side, not " + numberText(value));
+            return false;
+        }
+        if (value > DrawingLimits::maxRatioSide) {
+            report(path, numberText(value) + " is larger than the limit of " + numberText(DrawingLimits::maxRatioSide));
+            return false;
+        }
+        return true;
+    }
+
+    void checkGrid(const std::string& path, const GridType& grid, double side) {
+        if (grid.tag == GridType::Case::none) return;
+        auto n = static_cast<double>(grid.payload);
+        std::string sideText = " on a side of " + numberText(side) + " px";
+        if (!std::isfinite(side)) {
+            report(path, "a grid" + sideText + " cannot be drawn");
+            return;
+        }
+        // A line every n px draws at most side / n <= 32767 lines on a canvas
+        // within the limits; only divisors can ask for too many or a zero step.
+        if (grid.tag != GridType::Case::divisor) return;
+        if (grid.payload != 0 && side / n == 0) {
+            report(path, "divisor " + std::to_string(grid.payload) + sideText + " would give a zero grid step");
+        } else if (n > DrawingLimits::maxGridLines) {
+            report(path, "divisor " + std::to_string(grid.payload) + sideText + " would draw more than " +
+                             limitText(DrawingLimits::maxGridLines) + " grid lines");
+        }
+    }
+};
+
+}  // namespace
+
+std::vector<DocumentProblem> checkDocument(const OverlayGen& document) {
+    DocumentChecker checker;
+    const Size size = document.size();
+    checker.checkCanvas(size);
+    std::optional<Size> box;
+    if (checker.problems.empty()) box = size;
+    checker.checkColor("backgroundColor", document.backgroundColor());
+    const auto& ratios = document.ratios();
+    for (std::size_t i = 0; i < ratios.size(); ++i) {
+        checker.checkGuide("ratios[" + std::to_string(i) + "]", ratios[i], box, 1);
+    }
+    return checker.problems;
+}
+
+}  // namespace vantel
