@@ -2,22 +2,50 @@
 
 #include <CoreGraphicsRendering/RenderError.hpp>
 
+#include "PictureMemory.hpp"
+
 #include <cairo.h>
 
-#include <limits>
+#include <memory>
+#include <new>
 
 namespace vantel {
+
+namespace {
+
+// cairo's own limit for the side of an image surface, checked before any
+// memory is mapped for the pixels.
+constexpr std::int64_t largestSide = 32767;
+
+const cairo_user_data_key_t pixelsKey{};
+
+void releasePixels(void* pixels) { delete static_cast<pictureMemory::Buffer*>(pixels); }
+
+}  // namespace
 
 void BitmapContext::Release::operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
 
 BitmapContext::Surface BitmapContext::makeSurface(std::int64_t width, std::int64_t height) {
     if (width < 1 || height < 1) throw RenderError::dimensionIsZero(width, height);
-    constexpr std::int64_t largest = std::numeric_limits<int>::max();
-    if (width > largest || height > largest) throw CairoError(CAIRO_STATUS_INVALID_SIZE);
+    if (width > largestSide || height > largestSide) throw CairoError(CAIRO_STATUS_INVALID_SIZE);
+    const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_ARGB32, static_cast<int>(width));
+    // The pixels live in memory of their own (see PictureMemory.hpp), owned
+    // by the surface and released with it. Fresh pages are zero: transparent.
+    auto pixels = std::make_unique<pictureMemory::Buffer>();
+    try {
+        *pixels = pictureMemory::allocate(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height));
+    } catch (const std::bad_alloc&) {
+        throw CairoError(CAIRO_STATUS_NO_MEMORY);
+    }
     // cairo reports failure through an error surface, never a null pointer.
-    Surface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height)));
+    Surface surface(cairo_image_surface_create_for_data(pixels->get(), CAIRO_FORMAT_ARGB32, static_cast<int>(width),
+                                                        static_cast<int>(height), stride));
     cairo_status_t status = cairo_surface_status(surface.get());
+    if (status == CAIRO_STATUS_SUCCESS) {
+        status = cairo_surface_set_user_data(surface.get(), &pixelsKey, pixels.get(), releasePixels);
+    }
     if (status != CAIRO_STATUS_SUCCESS) throw CairoError(status);
+    pixels.release();
     return surface;
 }
 

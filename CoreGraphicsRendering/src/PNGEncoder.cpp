@@ -5,6 +5,7 @@
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
 
 #include "Encoders.hpp"
+#include "PictureMemory.hpp"
 
 #include <libdeflate.h>
 
@@ -53,7 +54,7 @@ struct FreeCompressor {
 constexpr std::size_t keptBufferLimit = std::size_t(64) << 20;
 
 struct ThreadScratch {
-    std::unique_ptr<std::uint8_t[]> filtered;
+    pictureMemory::Buffer filtered;
     std::size_t filteredCapacity = 0;
     std::array<std::unique_ptr<libdeflate_compressor, FreeCompressor>, 13> compressors;  // by level
 };
@@ -72,16 +73,16 @@ libdeflate_compressor* compressor(int level) {
     return kept.get();
 }
 
-// Default-initialised, not zeroed: every byte is written before it is read.
-std::uint8_t* filteredBuffer(std::size_t size, std::unique_ptr<std::uint8_t[]>& notKept) {
+// Never cleared between encodes: every byte is written before it is read.
+std::uint8_t* filteredBuffer(std::size_t size, pictureMemory::Buffer& notKept) {
     if (size > keptBufferLimit) {
-        notKept.reset(new std::uint8_t[size]);
+        notKept = pictureMemory::allocate(size);
         return notKept.get();
     }
     ThreadScratch& scratch = threadScratch();
     if (scratch.filteredCapacity < size) {
         scratch.filtered.reset();
-        scratch.filtered.reset(new std::uint8_t[size]);
+        scratch.filtered = pictureMemory::allocate(size);
         scratch.filteredCapacity = size;
     }
     return scratch.filtered.get();
@@ -147,7 +148,7 @@ Data encodePNG(const ImageView& image, int compressionLevel) {
     libdeflate_compressor* deflate = compressor(compressionLevel);
     const std::size_t filteredSize =
         static_cast<std::size_t>(image.height) * (1 + 4 * static_cast<std::size_t>(image.width));
-    std::unique_ptr<std::uint8_t[]> notKept;
+    pictureMemory::Buffer notKept;
     std::uint8_t* filtered = filteredBuffer(filteredSize, notKept);
     filterRows(image, filtered);
 
