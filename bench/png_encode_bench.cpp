@@ -1,4 +1,4 @@
-// PNG encoding at HD and 4K across libdeflate levels, for three pictures:
+// PNG encoding at HD and 4K across zlib levels, for three pictures:
 // an overlay on an opaque background (large flat areas, a few guides and
 // grid lines), the same overlay on a clear canvas (translucent fills give
 // partly transparent pixels: the slower un-premultiply path), and a busy

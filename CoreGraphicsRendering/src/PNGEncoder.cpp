@@ -1,17 +1,18 @@
-// PNG framing of our own around one libdeflate call. Every row uses the UP
-// filter: on the flat areas and straight lines of overlays it compresses
+// PNG framing of our own around zlib's streaming deflate. Every row uses the
+// UP filter: on the flat areas and straight lines of overlays it compresses
 // about as well as an adaptive filter choice, at a fraction of the cost.
+// Rows are filtered a strip at a time and handed to deflate, so encoding
+// holds no copy of the picture: peak memory stays about one bitmap.
 
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
 
 #include "Encoders.hpp"
-#include "PictureMemory.hpp"
 
-#include <libdeflate.h>
+#include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace vantel {
@@ -21,71 +22,89 @@ namespace {
 constexpr std::uint8_t filterUp = 2;
 // Large images get several IDAT chunks; a chunk length must stay below 2^31.
 constexpr std::size_t largestChunk = std::size_t(1) << 30;
+// Rows filtered per deflate call: enough to amortise the call, few enough to
+// stay in cache.
+constexpr int stripRows = 16;
 
 void subtractRow(const std::uint8_t* __restrict current, const std::uint8_t* __restrict previous, std::size_t size,
                  std::uint8_t* __restrict out) {
     for (std::size_t i = 0; i < size; ++i) out[i] = static_cast<std::uint8_t>(current[i] - previous[i]);
 }
 
-// Un-premultiplies and UP-filters the image row by row into `out` (filter
-// byte plus differences to the row above; the row above the first is zero).
-// The two row buffers stay in cache: the image is read once, `out` written once.
-void filterRows(const ImageView& image, std::uint8_t* out) {
-    const std::size_t width = static_cast<std::size_t>(image.width);
-    std::vector<std::uint32_t> current(width), previous(width, 0);
-    const std::size_t rowBytes = 4 * width;
-    for (int y = 0; y < image.height; ++y, out += 1 + rowBytes) {
-        pixels::straightRow(image, y, current.data());
-        out[0] = filterUp;
-        subtractRow(reinterpret_cast<const std::uint8_t*>(current.data()),
-                    reinterpret_cast<const std::uint8_t*>(previous.data()), rowBytes, out + 1);
-        current.swap(previous);
-    }
-}
+// Un-premultiplies and UP-filters rows [first, end) into `out` (filter byte
+// plus differences to the row above; the row above the first is zero).
+// `previous` holds the straight row above `first` and is left holding the
+// last row filtered.
+class RowFilter {
+public:
+    explicit RowFilter(const ImageView& image)
+        : image_(image), current_(static_cast<std::size_t>(image.width)),
+          previous_(static_cast<std::size_t>(image.width), 0) {}
 
-struct FreeCompressor {
-    void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
+    std::size_t rowBytes() const { return 1 + 4 * current_.size(); }
+
+    void filter(int first, int end, std::uint8_t* out) {
+        for (int y = first; y < end; ++y, out += rowBytes()) {
+            pixels::straightRow(image_, y, current_.data());
+            out[0] = filterUp;
+            subtractRow(reinterpret_cast<const std::uint8_t*>(current_.data()),
+                        reinterpret_cast<const std::uint8_t*>(previous_.data()), rowBytes() - 1, out + 1);
+            current_.swap(previous_);
+        }
+    }
+
+private:
+    const ImageView& image_;
+    std::vector<std::uint32_t> current_, previous_;
 };
 
-// Working memory kept per thread between encodes: a fresh multi-megabyte
-// buffer costs a page fault every 4 KiB, about a fifth of the encoding time
-// when a thread renders one picture after another. Peak memory is the same;
-// buffers above keptBufferLimit (larger than 4K pictures) are not kept.
-constexpr std::size_t keptBufferLimit = std::size_t(64) << 20;
-
-struct ThreadScratch {
-    pictureMemory::Buffer filtered;
-    std::size_t filteredCapacity = 0;
-    std::array<std::unique_ptr<libdeflate_compressor, FreeCompressor>, 13> compressors;  // by level
+struct EndDeflate {
+    void operator()(z_stream* stream) const {
+        deflateEnd(stream);
+        delete stream;
+    }
 };
+using Deflater = std::unique_ptr<z_stream, EndDeflate>;
 
-ThreadScratch& threadScratch() {
-    thread_local ThreadScratch scratch;
-    return scratch;
+Deflater startDeflate(int level) {
+    if (level < 0 || level > 9) failToEncode();
+    Deflater stream(new z_stream{});
+    if (deflateInit(stream.get(), level) != Z_OK) {
+        stream.release();  // deflateEnd is not to be called after a failed init
+        failToEncode();
+    }
+    return stream;
 }
 
-libdeflate_compressor* compressor(int level) {
-    auto& compressors = threadScratch().compressors;
-    if (level < 0 || level >= static_cast<int>(compressors.size())) failToEncode();
-    auto& kept = compressors[static_cast<std::size_t>(level)];
-    if (!kept) kept.reset(libdeflate_alloc_compressor(level));
-    if (!kept) failToEncode();
-    return kept.get();
+// Runs `stream` over `size` bytes, appending what it produces to `out`.
+void deflateInto(z_stream& stream, const std::uint8_t* data, std::size_t size, int flush, Data& out) {
+    stream.next_in = const_cast<Bytef*>(data);
+    stream.avail_in = static_cast<uInt>(size);
+    int status;
+    do {
+        constexpr std::size_t step = 64 * 1024;
+        const std::size_t used = out.size();
+        out.resize(used + step);
+        stream.next_out = out.data() + used;
+        stream.avail_out = static_cast<uInt>(step);
+        status = deflate(&stream, flush);
+        out.resize(used + step - stream.avail_out);
+        if (status == Z_STREAM_ERROR) failToEncode();
+    } while (stream.avail_out == 0 || (flush == Z_FINISH && status != Z_STREAM_END));
 }
 
-// Never cleared between encodes: every byte is written before it is read.
-std::uint8_t* filteredBuffer(std::size_t size, pictureMemory::Buffer& notKept) {
-    if (size > keptBufferLimit) {
-        notKept = pictureMemory::allocate(size);
-        return notKept.get();
+Data compressedRows(const ImageView& image, int level) {
+    Deflater stream = startDeflate(level);
+    RowFilter rows(image);
+    std::vector<std::uint8_t> strip(static_cast<std::size_t>(stripRows) * rows.rowBytes());
+    Data compressed;
+    for (int y = 0; y < image.height; y += stripRows) {
+        const int end = std::min(image.height, y + stripRows);
+        rows.filter(y, end, strip.data());
+        deflateInto(*stream, strip.data(), static_cast<std::size_t>(end - y) * rows.rowBytes(),
+                    end == image.height ? Z_FINISH : Z_NO_FLUSH, compressed);
     }
-    ThreadScratch& scratch = threadScratch();
-    if (scratch.filteredCapacity < size) {
-        scratch.filtered.reset();
-        scratch.filtered = pictureMemory::allocate(size);
-        scratch.filteredCapacity = size;
-    }
-    return scratch.filtered.get();
+    return compressed;
 }
 
 class PNGWriter {
@@ -135,8 +154,8 @@ private:
         std::size_t typeStart = bytes.size();
         bytes.insert(bytes.end(), type, type + 4);
         if (size > 0) bytes.insert(bytes.end(), data, data + size);
-        std::uint32_t crc = libdeflate_crc32(0, bytes.data() + typeStart, bytes.size() - typeStart);
-        put32(field, crc);
+        uLong crc = crc32(0, bytes.data() + typeStart, static_cast<uInt>(bytes.size() - typeStart));
+        put32(field, static_cast<std::uint32_t>(crc));
         bytes.insert(bytes.end(), field, field + 4);
     }
 };
@@ -145,25 +164,13 @@ private:
 
 Data encodePNG(const ImageView& image, int compressionLevel) {
     requireNonEmpty(image);
-    libdeflate_compressor* deflate = compressor(compressionLevel);
-    const std::size_t filteredSize =
-        static_cast<std::size_t>(image.height) * (1 + 4 * static_cast<std::size_t>(image.width));
-    pictureMemory::Buffer notKept;
-    std::uint8_t* filtered = filteredBuffer(filteredSize, notKept);
-    filterRows(image, filtered);
-
-    // Only the pages the compressed stream reaches are ever touched.
-    const std::size_t bound = libdeflate_zlib_compress_bound(deflate, filteredSize);
-    std::unique_ptr<std::uint8_t[]> compressed(new std::uint8_t[bound]);
-    std::size_t compressedSize = libdeflate_zlib_compress(deflate, filtered, filteredSize, compressed.get(), bound);
-    if (compressedSize == 0) failToEncode();
-    notKept.reset();
+    Data compressed = compressedRows(image, compressionLevel);
 
     PNGWriter writer;
-    writer.bytes.reserve(compressedSize + 64 + 12 * (compressedSize / largestChunk));
+    writer.bytes.reserve(compressed.size() + 64 + 12 * (compressed.size() / largestChunk));
     writer.signature();
     writer.header(static_cast<std::uint32_t>(image.width), static_cast<std::uint32_t>(image.height));
-    writer.imageData(compressed.get(), compressedSize);
+    writer.imageData(compressed.data(), compressed.size());
     writer.end();
     return std::move(writer.bytes);
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-// Memory for whole pictures (bitmaps and the rows PNG encoding filters):
-// fresh zeroed pages of its own mapping, aligned and marked for 2 MiB pages.
-// Every first touch of a 4 KiB page is a fault that zeroes it, about 2,000
-// for a 1920x1080 bitmap and 8,000 at 3840x2160, which cost a quarter of a
-// render's time; huge pages cut that to a handful of faults. Where the kernel
-// has no huge page to give, the mapping simply stays in small pages.
+// Memory for whole pictures: fresh zeroed pages of its own mapping, aligned
+// and marked for 2 MiB pages. Every first touch of a 4 KiB page is a fault
+// that zeroes it, about 2,000 for a 1920x1080 bitmap and 8,000 at 3840x2160,
+// a large share of a short render's time; huge pages cut that to a handful.
+// Where the kernel has no huge page to give, the mapping stays in small pages.
 
 #include <cstddef>
 #include <cstdint>
