@@ -150,21 +150,23 @@ ExitCode runRender(const RenderOptions& options) {
 }
 
 const char* const renderFooter =
+    "Forms:\n"
     "  vantel render FILE -o OUT [--format F]\n"
     "  vantel render FILE... --out-dir DIR [--format F] [--jobs N]\n"
     "Each document is checked first; a document that cannot be drawn is refused\n"
     "with one line per problem. Outputs are written to a temporary file beside\n"
     "the target and renamed into place, so a failed render leaves an earlier\n"
-    "file untouched. With --out-dir, OUT is DIR/<name of FILE without its\n"
-    "extension>.<format>, documents render in parallel, one line is printed per\n"
-    "failed file and a summary at the end.\n"
+    "file untouched. With --out-dir, each output is DIR/<name of FILE without\n"
+    "its extension>.<format>; documents render in parallel, one line is printed\n"
+    "per failed file and a summary at the end.\n"
     "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage,\n"
     "3 an input or output file could not be read or written (the most serious\n"
     "one when several files failed).";
 
 CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
-    CLI::App* sub = app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images");
+    CLI::App* sub =
+        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images");
     sub->footer(renderFooter);
     sub->add_option("files", options->inputs, "overlay documents (.aspectratio)")->required();
     auto* output = sub->add_option("-o,--output", options->output, "the output file, for one document");
