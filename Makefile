@@ -20,9 +20,10 @@ build: configure
 test: build
 	@ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
 
+# Renders the sample document to a PNG and says where it went.
 run: build
-	@./$(BUILD)/apps/vantel/vantel --version
-	@./$(BUILD)/apps/vantel/vantel --help
+	@./$(BUILD)/apps/vantel/vantel render examples/sample.aspectratio -o $(BUILD)/sample.png
+	@echo "rendered examples/sample.aspectratio to $(BUILD)/sample.png"
 
 # The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer.
 sanitize: deps

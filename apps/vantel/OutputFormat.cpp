@@ -1,0 +1,60 @@
+#include "OutputFormat.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+#include <vector>
+
+namespace vantel::cli {
+
+namespace {
+
+struct FormatName {
+    std::string_view name;
+    std::optional<NSBitmapImageFileType> bitmapType;
+};
+
+// Canonical names first; the extensions the canonical ones write come from
+// fileExtension, so --out-dir names files the way the renderer names them.
+const std::vector<FormatName>& formatNames() {
+    static const std::vector<FormatName> names{
+        {"png", NSBitmapImageFileType::png},    {"tiff", NSBitmapImageFileType::tiff},
+        {"tif", NSBitmapImageFileType::tiff},   {"bmp", NSBitmapImageFileType::bmp},
+        {"gif", NSBitmapImageFileType::gif},    {"jpeg", NSBitmapImageFileType::jpeg},
+        {"jpg", NSBitmapImageFileType::jpeg},   {"jpeg2000", NSBitmapImageFileType::jpeg2000},
+        {"jp2", NSBitmapImageFileType::jpeg2000}, {"pdf", std::nullopt},
+    };
+    return names;
+}
+
+std::string lowered(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return result;
+}
+
+}  // namespace
+
+std::optional<OutputFormat> OutputFormat::named(std::string_view name) {
+    if (name.starts_with('.')) name.remove_prefix(1);
+    const std::string key = lowered(name);
+    for (const FormatName& entry : formatNames()) {
+        if (entry.name != key) continue;
+        std::string extension = entry.bitmapType ? fileExtension(*entry.bitmapType) : "pdf";
+        return OutputFormat{std::move(extension), entry.bitmapType};
+    }
+    return std::nullopt;
+}
+
+std::optional<OutputFormat> OutputFormat::forFile(const std::filesystem::path& file) {
+    const std::string extension = file.extension().string();
+    if (extension.size() < 2) return std::nullopt;
+    return named(extension);
+}
+
+std::string OutputFormat::namesText() {
+    return "png, tiff (tif), bmp, gif, jpeg (jpg), jpeg2000 (jp2), pdf";
+}
+
+}  // namespace vantel::cli

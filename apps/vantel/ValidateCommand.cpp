@@ -1,0 +1,46 @@
+// vantel validate FILE...
+
+#include "CommandRegistry.hpp"
+#include "DocumentLoading.hpp"
+
+#include <iostream>
+#include <memory>
+
+namespace vantel::cli {
+
+namespace {
+
+ExitCode runValidate(const std::vector<std::string>& files) {
+    ExitCode result = ExitCode::ok;
+    for (const std::string& file : files) {
+        LoadedDocument loaded = loadDocument(file);
+        if (loaded.ok()) {
+            std::cout << file << ": ok\n";
+        } else {
+            std::cout.flush();
+            reportProblems(loaded.problems);
+        }
+        result = worse(result, loaded.failure);
+    }
+    return result;
+}
+
+const char* const validateFooter =
+    "Prints \"FILE: ok\" on standard output for each document that can be drawn,\n"
+    "and one line per problem on standard error for the others, naming where the\n"
+    "value is: \"FILE: ratios[1].children[0].columnType: ...\".\n"
+    "Exit codes: 0 every document is fine, 1 a document is bad, 2 bad usage,\n"
+    "3 a file could not be read (the most serious one when several failed).";
+
+CommandRegistration registration(40, [](CLI::App& app, ExitCode& result) {
+    auto files = std::make_shared<std::vector<std::string>>();
+    CLI::App* sub = app.add_subcommand(
+        "validate", "Check that overlay documents can be read and drawn; report every value that cannot");
+    sub->footer(validateFooter);
+    sub->add_option("files", *files, "overlay documents (.aspectratio)")->required();
+    sub->callback([files, &result] { result = runValidate(*files); });
+});
+
+}  // namespace
+
+}  // namespace vantel::cli

@@ -1,0 +1,105 @@
+#!/bin/bash
+# `vantel render FILE -o OUT`: every bitmap format, chosen by the output's
+# extension or by --format, decodes as that format at the canvas size; usage,
+# bad documents and unreadable or unwritable files get their exit codes and
+# one line naming the file; a failed render leaves an earlier output as it was
+# and no temporary file behind.
+# shellcheck source=lib.sh
+source "$(dirname "$0")/lib.sh"
+make_workdir
+SAMPLE="$EXAMPLES/sample.aspectratio"
+
+# expect_exit CODE NAME COMMAND...: runs the command with its standard error
+# in $WORK/stderr and checks the exit status.
+expect_exit() {
+  local expected=$1 name=$2 status=0
+  shift 2
+  "$@" >"$WORK/stdout" 2>"$WORK/stderr" || status=$?
+  [ "$status" -eq "$expected" ] || fail "$name: exit status $status, expected $expected: $(cat "$WORK/stderr")"
+}
+
+# The single line on standard error must name the file and say what is wrong.
+expect_one_error_line() { # NAME FILE PATTERN
+  local lines
+  lines=$(wc -l <"$WORK/stderr")
+  [ "$lines" -eq 1 ] || fail "$1: $lines lines on standard error, expected one: $(cat "$WORK/stderr")"
+  grep -qF -- "$2" "$WORK/stderr" || fail "$1: the error does not name $2: $(cat "$WORK/stderr")"
+  grep -qE -- "$3" "$WORK/stderr" || fail "$1: the error does not say /$3/: $(cat "$WORK/stderr")"
+}
+
+check_image() { # FILE FORMAT (the sample's 1920x1080 canvas)
+  "$PYTHON" "$HERE/imagecheck.py" "$1" "$2" 1920 1080 || fail "$1 is not a whole $2 image of the canvas"
+}
+
+# Formats from the extension, any case, and the alternative extensions.
+for pair in png:png tiff:tiff tif:tiff bmp:bmp gif:gif jpeg:jpeg jpg:jpeg JPG:jpeg jpeg2000:jpeg2000 jp2:jpeg2000; do
+  extension=${pair%%:*} format=${pair##*:}
+  output="$WORK/out.$extension"
+  expect_exit 0 "render to .$extension" "$VANTEL" render "$SAMPLE" -o "$output"
+  if [ -s "$WORK/stdout" ]; then fail "render to .$extension printed on standard output: $(cat "$WORK/stdout")"; fi
+  check_image "$output" "$format"
+done
+check_png "$WORK/out.png" "$SAMPLE" 1920 || fail "the PNG does not show the sample document"
+
+# --format wins over the extension, and names a format for a file without one.
+expect_exit 0 "--format gif" "$VANTEL" render "$SAMPLE" -o "$WORK/picture.png" --format gif
+check_image "$WORK/picture.png" gif
+expect_exit 0 "--format TIFF without extension" "$VANTEL" render "$SAMPLE" -o "$WORK/picture" --format TIFF
+check_image "$WORK/picture" tiff
+
+# The binary example renders as well.
+expect_exit 0 "binary document" "$VANTEL" render "$EXAMPLES/portrait-binary.aspectratio" -o "$WORK/portrait.png"
+check_png "$WORK/portrait.png" "$EXAMPLES/portrait-binary.aspectratio" 1350 || fail "the binary document's PNG"
+
+# Bad usage: exit 2, nothing written.
+expect_exit 2 "unknown extension" "$VANTEL" render "$SAMPLE" -o "$WORK/out.webp"
+grep -q "format" "$WORK/stderr" || fail "unknown extension: the error does not mention the format"
+expect_exit 2 "unknown --format" "$VANTEL" render "$SAMPLE" -o "$WORK/out2.png" --format webp
+expect_exit 2 "no output named" "$VANTEL" render "$SAMPLE"
+expect_exit 2 "-o with two documents" "$VANTEL" render "$SAMPLE" "$SAMPLE" -o "$WORK/two.png"
+expect_exit 2 "-o and --out-dir" "$VANTEL" render "$SAMPLE" -o "$WORK/both.png" --out-dir "$WORK/both"
+expect_exit 2 "--jobs 0" "$VANTEL" render "$SAMPLE" --out-dir "$WORK/zero" --jobs 0
+for leftover in out.webp out2.png two.png both.png both zero; do
+  if [ -e "$WORK/$leftover" ]; then fail "a refused render wrote $leftover"; fi
+done
+cp "$SAMPLE" "$WORK/self.png"
+expect_exit 2 "rendering a document over itself" "$VANTEL" render "$WORK/self.png" -o "$WORK/self.png"
+cmp -s "$SAMPLE" "$WORK/self.png" || fail "rendering a document over itself replaced the document"
+
+# Unreadable input: exit 3, one line naming it.
+expect_exit 3 "missing document" "$VANTEL" render "$WORK/missing.aspectratio" -o "$WORK/missing.png"
+expect_one_error_line "missing document" "$WORK/missing.aspectratio" "cannot read"
+expect_exit 3 "a folder as document" "$VANTEL" render "$WORK" -o "$WORK/folder.png"
+
+# A bad document: exit 1, one line per problem, and an earlier output stays.
+"$PYTHON" - "$WORK/bad.aspectratio" <<'PY'
+import plistlib, sys
+guide = {"id": "6B1F5E0C-3C7A-4E53-9B1D-2F6A0C8E4D11", "width": 16.0, "height": 9.0,
+         "color": {"red": 1.0, "green": 0.0, "blue": 0.0, "alpha": 1.0}, "weight": -3.0}
+with open(sys.argv[1], "wb") as f:
+    plistlib.dump({"size": {"width": 640.0, "height": 360.0, "margin": 10.0}, "ratios": [guide]}, f)
+PY
+printf 'earlier picture' >"$WORK/kept.png"
+expect_exit 1 "bad document" "$VANTEL" render "$WORK/bad.aspectratio" -o "$WORK/kept.png"
+expect_one_error_line "bad document" "$WORK/bad.aspectratio" "ratios\[0\]\.weight: .*negative"
+[ "$(cat "$WORK/kept.png")" = "earlier picture" ] || fail "a refused document changed the earlier output"
+printf 'not a property list' >"$WORK/garbage.aspectratio"
+expect_exit 1 "not a property list" "$VANTEL" render "$WORK/garbage.aspectratio" -o "$WORK/kept.png"
+expect_one_error_line "not a property list" "$WORK/garbage.aspectratio" "."
+[ "$(cat "$WORK/kept.png")" = "earlier picture" ] || fail "an unreadable document changed the earlier output"
+
+# Unwritable output: exit 3, no temporary file left beside it, an earlier
+# output untouched. (A folder in the output's place cannot be replaced, even by root.)
+mkdir -p "$WORK/taken.png" "$WORK/out-folder"
+expect_exit 3 "a folder in the output's place" "$VANTEL" render "$SAMPLE" -o "$WORK/taken.png"
+expect_one_error_line "a folder in the output's place" "$WORK/taken.png" "cannot write"
+[ -d "$WORK/taken.png" ] || fail "the folder in the output's place was replaced"
+expect_exit 3 "output folder missing" "$VANTEL" render "$SAMPLE" -o "$WORK/no/such/folder/out.png"
+expect_one_error_line "output folder missing" "$WORK/no/such/folder/out.png" "cannot write"
+leftovers=$(find "$WORK" -name '.*' -type f)
+[ -z "$leftovers" ] || fail "temporary files left behind: $leftovers"
+
+# A successful render replaces an earlier output whole.
+expect_exit 0 "replacing an output" "$VANTEL" render "$SAMPLE" -o "$WORK/kept.png"
+check_image "$WORK/kept.png" png
+finish
