@@ -8,7 +8,7 @@ namespace vantel::pictureMemory {
 
 namespace {
 
-constexpr std::size_t hugePage = std::size_t(2) << 20;
+constexpr std::size_t hugePage = hugePageSize;
 
 std::size_t roundedUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
 

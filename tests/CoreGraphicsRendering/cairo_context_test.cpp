@@ -186,3 +186,18 @@ TEST(BitmapContextTest, UnusableSizesThrowInsteadOfCrashing) {
     EXPECT_THROW(BitmapContext(100000, 100000), vantel::CairoError);
     EXPECT_THROW(BitmapContext(std::int64_t(1) << 40, 1), vantel::CairoError);
 }
+
+// Bitmaps of 2 MiB and more keep their pixels in memory of their own, which
+// must start transparent and stay with the bitmap when it moves.
+TEST(BitmapContextTest, LargeBitmapStartsTransparentAndKeepsItsPixelsWhenMoved) {
+    BitmapContext first(1920, 1080);
+    first.context().setFillColor(1, 0, 0, 1);
+    first.context().fillRect(CGRect{100, 100, 10, 10});
+    BitmapContext moved = std::move(first);
+    EXPECT_EQ(pixel(moved, 0, 0), transparent);
+    EXPECT_EQ(pixel(moved, 1919, 1079), transparent);
+    EXPECT_EQ(pixel(moved, 105, 105), red);
+    moved.context().fillRect(CGRect{1900, 1000, 10, 10});
+    EXPECT_EQ(pixel(moved, 1905, 1005), red);
+    EXPECT_EQ(moved.image().stride, 4 * 1920);
+}
