@@ -3,6 +3,7 @@
 #include <Platform/UUID.hpp>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -118,6 +119,25 @@ void writeDataAtomically(const Data& data, const std::filesystem::path& path) {
         ::unlink(temporary.c_str());
         throw;
     }
+}
+
+void writeDataInPlaceLocked(const Data& data, const std::filesystem::path& path) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (file.get() < 0) throwFileError("cannot write file", path, errno);
+    while (::flock(file.get(), LOCK_EX) != 0) {
+        if (errno != EINTR) throwFileError("cannot lock file", path, errno);
+    }
+    // Truncating only under the lock: opening with O_TRUNC would cut a file
+    // that another writer is still filling.
+    try {
+        if (::ftruncate(file.get(), 0) != 0) throwFileError("cannot write file", path, errno);
+        writeAll(file.get(), data, path);
+    } catch (...) {
+        (void)!::ftruncate(file.get(), 0);
+        throw;
+    }
+    ::flock(file.get(), LOCK_UN);
+    closeChecked(file, path);
 }
 
 }  // namespace vantel
