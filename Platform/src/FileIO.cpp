@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <string>
 #include <system_error>
 
@@ -127,11 +128,18 @@ void writeDataInPlaceLocked(const Data& data, const std::filesystem::path& path)
     while (::flock(file.get(), LOCK_EX) != 0) {
         if (errno != EINTR) throwFileError("cannot lock file", path, errno);
     }
-    // Truncating only under the lock: opening with O_TRUNC would cut a file
-    // that another writer is still filling.
+    // Overwrite, then cut what is left of a longer old content, all under the
+    // lock (opening with O_TRUNC would cut a file another writer is filling).
+    // Truncating to zero first would also be slower: ext4 then flushes the
+    // file to disk when it is closed.
     try {
-        if (::ftruncate(file.get(), 0) != 0) throwFileError("cannot write file", path, errno);
         writeAll(file.get(), data, path);
+        struct stat status {};
+        if (::fstat(file.get(), &status) != 0) throwFileError("cannot write file", path, errno);
+        if (static_cast<std::uintmax_t>(status.st_size) > data.size() &&
+            ::ftruncate(file.get(), static_cast<off_t>(data.size())) != 0) {
+            throwFileError("cannot write file", path, errno);
+        }
     } catch (...) {
         (void)!::ftruncate(file.get(), 0);
         throw;
