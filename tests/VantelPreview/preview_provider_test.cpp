@@ -67,14 +67,6 @@ Error caught(std::exception_ptr error) {
 
 }  // namespace
 
-TEST(PreviewProviderTest, ReplyIsTheWholeCanvasAsAVectorContext) {
-    TemporaryFolder folder;
-    writeData(PropertyListEncoder().encode(sampleDocument()), folder / "doc.aspectratio");
-    QLPreviewReply reply = PreviewProvider().providePreview(requestFor(folder / "doc.aspectratio")).get();
-    EXPECT_EQ(reply.contextSize, (CGSize{400, 300}));
-    EXPECT_FALSE(reply.isBitmap);
-}
-
 TEST(PreviewProviderTest, ReplyDrawsTheDocumentSketchIntoTheSuppliedContext) {
     TemporaryFolder folder;
     OverlayGen document = sampleDocument();
@@ -96,7 +88,8 @@ TEST(PreviewProviderTest, HandlerGetsTheReplyExactlyOnceFromAnotherThread) {
     request(folder / "doc.aspectratio", outcome);
     EXPECT_EQ(outcome.calls, 1);
     ASSERT_TRUE(outcome.reply.has_value());
-    EXPECT_EQ(outcome.reply->contextSize, (CGSize{400, 300}));
+    EXPECT_EQ(outcome.reply->contextSize, (CGSize{400, 300}));  // the whole canvas, margin 10 included
+    EXPECT_FALSE(outcome.reply->isBitmap);
     EXPECT_EQ(outcome.error, nullptr);
     EXPECT_NE(outcome.thread, std::this_thread::get_id());
 }
