@@ -3,10 +3,12 @@
 #include <Platform/UUID.hpp>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <string>
 #include <system_error>
 
@@ -118,6 +120,32 @@ void writeDataAtomically(const Data& data, const std::filesystem::path& path) {
         ::unlink(temporary.c_str());
         throw;
     }
+}
+
+void writeDataInPlaceLocked(const Data& data, const std::filesystem::path& path) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (file.get() < 0) throwFileError("cannot write file", path, errno);
+    while (::flock(file.get(), LOCK_EX) != 0) {
+        if (errno != EINTR) throwFileError("cannot lock file", path, errno);
+    }
+    // Overwrite, then cut what is left of a longer old content, all under the
+    // lock (opening with O_TRUNC would cut a file another writer is filling).
+    // Truncating to zero first would also be slower: ext4 then flushes the
+    // file to disk when it is closed.
+    try {
+        writeAll(file.get(), data, path);
+        struct stat status {};
+        if (::fstat(file.get(), &status) != 0) throwFileError("cannot write file", path, errno);
+        if (static_cast<std::uintmax_t>(status.st_size) > data.size() &&
+            ::ftruncate(file.get(), static_cast<off_t>(data.size())) != 0) {
+            throwFileError("cannot write file", path, errno);
+        }
+    } catch (...) {
+        (void)!::ftruncate(file.get(), 0);
+        throw;
+    }
+    ::flock(file.get(), LOCK_UN);
+    closeChecked(file, path);
 }
 
 }  // namespace vantel

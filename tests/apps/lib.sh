@@ -24,16 +24,6 @@ finish() {
   echo "all checks passed"
 }
 
-# Skip (CTest SKIP_RETURN_CODE 77) while the command has no `thumbnail`
-# subcommand yet. TEMPORARY: remove this function and its callers once
-# `vantel thumbnail` has landed, so that a missing command fails the tests.
-skip_unless_thumbnail_exists() {
-  if ! "$VANTEL" thumbnail --help 2>&1 | grep -q thumbnail; then
-    echo "SKIP: $VANTEL has no thumbnail subcommand yet"
-    exit 77
-  fi
-}
-
 make_workdir() {
   WORK=$(mktemp -d "${TMPDIR:-/tmp}/vantel-e2e.XXXXXX")
   trap 'rm -rf "$WORK"' EXIT

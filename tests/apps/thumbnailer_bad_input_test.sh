@@ -4,7 +4,6 @@
 # (nor any temporary file beside where it would have been).
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
-skip_unless_thumbnail_exists
 make_workdir
 make_bin_dir
 

@@ -4,7 +4,6 @@
 # left beside it. Repeated, at the largest size so that the runs overlap.
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
-skip_unless_thumbnail_exists
 make_workdir
 make_bin_dir
 

@@ -8,7 +8,6 @@
 # Each result must be a whole PNG of the fitted size showing the document.
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
-skip_unless_thumbnail_exists
 make_workdir
 make_bin_dir
 

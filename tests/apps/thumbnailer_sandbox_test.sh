@@ -10,7 +10,6 @@
 source "$(dirname "$0")/lib.sh"
 CMAKE=${3:?cmake command}
 BUILD_DIR=${4:?build directory}
-skip_unless_thumbnail_exists
 make_workdir
 
 "$CMAKE" --install "$BUILD_DIR" --prefix "$WORK/prefix" > "$WORK/install.log" 2>&1 ||

@@ -15,7 +15,6 @@
 # of the same files queued at once can lose thumbnails, so they go one by one.
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
-skip_unless_thumbnail_exists
 
 THUMBNAILER_IFACE=org.freedesktop.thumbnails.Thumbnailer1
 THUMBNAILER_PATH=/org/freedesktop/thumbnails/Thumbnailer1

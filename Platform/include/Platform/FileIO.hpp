@@ -22,4 +22,11 @@ void writeData(const Data& data, const std::filesystem::path& path);
 void writeDataAtomically(const Data& data, const std::filesystem::path& path);
 void writeDataAtomically(const Data& data, const URL& url);
 
+// Writes into the file itself (created if absent; the folder must exist)
+// under an exclusive flock held while it truncates and writes: writers that
+// take the same lock leave one whole content, and a reader that opened the
+// file before sees the new bytes through its descriptor. If writing fails the
+// file is left empty, never holding a part.
+void writeDataInPlaceLocked(const Data& data, const std::filesystem::path& path);
+
 }  // namespace vantel

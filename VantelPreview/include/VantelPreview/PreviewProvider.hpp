@@ -1,0 +1,54 @@
+#pragma once
+
+#include <VantelPreview/QLFilePreviewRequest.hpp>
+#include <VantelPreview/QLPreviewReply.hpp>
+
+#include <exception>
+#include <functional>
+#include <future>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace vantel {
+
+// Answers preview requests for overlay documents: the reply's context is the
+// whole canvas (margin included, unscaled, in the document's units as
+// points), a vector context, and its drawing draws the document's sketch into
+// whatever context the host supplies.
+//
+// Each request runs on a thread of its own. The provider waits for the
+// requests it started before it goes away, so it must outlive nothing the
+// completion handlers use.
+class PreviewProvider {
+public:
+    using CompletionHandler = std::function<void(std::optional<QLPreviewReply>, std::exception_ptr)>;
+
+    PreviewProvider() = default;
+    PreviewProvider(const PreviewProvider&) = delete;
+    PreviewProvider& operator=(const PreviewProvider&) = delete;
+    ~PreviewProvider();
+
+    // The reply, or the read or decoding error unchanged, through the future.
+    std::future<QLPreviewReply> providePreview(const QLFilePreviewRequest& request) const;
+
+    // Starts the work and returns at once. The handler is called exactly once,
+    // on the request's thread: with the reply and no error, or with no reply
+    // and the error. A handler that throws is a programming error and stops
+    // the process.
+    void providePreviewForFileRequest(const QLFilePreviewRequest& request,
+                                      CompletionHandler completionHandler) const;
+
+private:
+    // The work of one request: decodes the document at request.fileURL and
+    // builds the reply. Read and decoding errors
+    // (std::filesystem::filesystem_error, DecodingError) are thrown unchanged.
+    static QLPreviewReply reply(const QLFilePreviewRequest& request);
+    void sweepFinishedTasks() const;
+
+    // Requests in flight (and finished ones not yet swept).
+    mutable std::mutex mutex_;
+    mutable std::vector<std::future<void>> tasks_;
+};
+
+}  // namespace vantel

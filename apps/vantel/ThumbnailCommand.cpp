@@ -1,0 +1,130 @@
+// `vantel thumbnail -s SIZE INPUT OUTPUT`: the freedesktop thumbnailer. It
+// plays the preview host: asks the preview provider for the reply, supplies a
+// bitmap of SIZE x SIZE at most, runs the reply's drawing and writes the PNG.
+//
+// How file browsers run it shapes the output: OUTPUT often has no extension
+// (always PNG); Thunar starts two runs for one output at once; tumblerd reads
+// the PNG through a descriptor it opened before the run, so OUTPUT is written
+// in place, under a lock, and only once the picture is whole in memory.
+
+#include "CommandRegistry.hpp"
+#include "DocumentLoading.hpp"
+
+#include <Platform/Coding.hpp>
+#include <Platform/FileIO.hpp>
+#include <Platform/URL.hpp>
+#include <VantelPreview/PreviewProvider.hpp>
+#include <VantelPreview/Thumbnail.hpp>
+
+#include <filesystem>
+#include <future>
+#include <iostream>
+#include <optional>
+#include <string>
+
+namespace vantel::cli {
+
+namespace {
+
+struct ThumbnailOptions {
+    int size = 256;
+    std::string input;
+    std::filesystem::path output;
+};
+
+// Largest SIZE accepted: far above the 1024 of the largest thumbnail flavour,
+// small enough that the bitmap stays cheap.
+constexpr int largestThumbnail = 4096;
+
+// INPUT as file browsers pass it: a file URI (%u) or a path (%i). Other
+// schemes have no local file to read.
+std::optional<std::filesystem::path> inputPath(const std::string& input) {
+    bool isURI = input.starts_with("file:") || input.find("://") != std::string::npos;
+    if (!isURI) return std::filesystem::path(input);
+    std::optional<URL> url = URL::fromString(input);
+    if (!url) return std::nullopt;
+    return url->path();
+}
+
+// Asks the provider the way the platform does, and waits for its answer.
+QLPreviewReply askProvider(const std::filesystem::path& file) {
+    std::promise<QLPreviewReply> answer;
+    std::future<QLPreviewReply> reply = answer.get_future();
+    PreviewProvider provider;
+    provider.providePreviewForFileRequest(
+        QLFilePreviewRequest{URL::fileURL(file)},
+        [&answer](std::optional<QLPreviewReply> reply, std::exception_ptr error) {
+            if (error) {
+                answer.set_exception(error);
+            } else {
+                answer.set_value(std::move(*reply));
+            }
+        });
+    return reply.get();
+}
+
+struct Failure {
+    ExitCode code;
+    std::string line;
+};
+
+// The thumbnail as PNG data, or why there is none.
+std::optional<Data> drawDocument(const std::filesystem::path& file, int size, Failure& failure) {
+    try {
+        return thumbnailPNG(askProvider(file), size);
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::string reason = error.code() ? error.code().message() : error.what();
+        failure = {ExitCode::ioFailure, file.string() + ": cannot read: " + reason};
+    } catch (const DecodingError& error) {
+        failure = {ExitCode::badDocument, file.string() + ": " + error.what()};
+    } catch (const std::exception& error) {
+        failure = {ExitCode::badDocument, file.string() + ": cannot draw: " + error.what()};
+    }
+    return std::nullopt;
+}
+
+ExitCode runThumbnail(const ThumbnailOptions& options) {
+    std::optional<std::filesystem::path> file = inputPath(options.input);
+    if (!file) {
+        std::cerr << options.input << ": not a file path or a local file URI\n";
+        return ExitCode::badUsage;
+    }
+    // Checked first, so that a document the libraries would refuse to draw
+    // never reaches them.
+    LoadedDocument loaded = loadDocument(*file);
+    if (!loaded.ok()) {
+        reportProblems(loaded.problems);
+        return loaded.failure;
+    }
+    Failure failure;
+    std::optional<Data> png = drawDocument(*file, options.size, failure);
+    if (!png) {
+        std::cerr << failure.line << '\n';
+        return failure.code;
+    }
+    try {
+        writeDataInPlaceLocked(*png, options.output);
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::string reason = error.code() ? error.code().message() : error.what();
+        std::cerr << options.output.string() << ": cannot write: " << reason << '\n';
+        return ExitCode::ioFailure;
+    }
+    return ExitCode::ok;
+}
+
+CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
+    auto options = std::make_shared<ThumbnailOptions>();
+    CLI::App* command = app.add_subcommand(
+        "thumbnail", "Write a PNG thumbnail of a document, as file browsers ask for one");
+    command->add_option("-s,--size", options->size, "Longer side of the thumbnail in pixels")
+        ->check(CLI::Range(1, largestThumbnail))
+        ->capture_default_str();
+    command->add_option("INPUT", options->input, "The document: a path or a file:// URI")->required();
+    command->add_option("OUTPUT", options->output, "Where the PNG goes (any name; written in place)")
+        ->required();
+    command->callback([&result, options] { result = runThumbnail(*options); });
+});
+
+}  // namespace
+
+}  // namespace vantel::cli
