@@ -133,9 +133,6 @@ ExitCode makeFolder(const std::string& folder) {
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     const OutputFormat format = chosenFormat(options);
-    if (format.isPDF()) {
-        throw CLI::ValidationError("PDF output is not available in this build yet");
-    }
     const std::vector<RenderJob> jobs = plannedJobs(options, format);
     if (!options.output.empty()) {
         RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format);
@@ -166,7 +163,7 @@ const char* const renderFooter =
 CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* sub =
-        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images");
+        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF");
     sub->footer(renderFooter);
     sub->add_option("files", options->inputs, "overlay documents (.aspectratio)")->required();
     auto* output = sub->add_option("-o,--output", options->output, "the output file, for one document");

@@ -3,8 +3,9 @@
 #include "DocumentLoading.hpp"
 
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
+#include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
-#include <Platform/Fatal.hpp>
+#include <Graphics2/SketchDrawing.hpp>
 #include <Platform/FileIO.hpp>
 
 #include <new>
@@ -32,9 +33,14 @@ std::string fileErrorText(const std::filesystem::filesystem_error& error) {
 
 }  // namespace
 
-Data encodeDocument(const OverlayGen& document, const std::filesystem::path& input, const OutputFormat& format) {
-    // The command refuses PDF before it starts while the vector preview is missing.
-    if (format.isPDF()) fatalError("PDF output is not available: " + input.string());
+Data encodeDocument(const OverlayGen& document, const OutputFormat& format) {
+    if (format.isPDF()) {
+        // What a preview reply draws, on a page of its context size (the whole
+        // canvas in points), drawn from the document already checked rather
+        // than from the file read a second time.
+        Size size = document.size();
+        return drawPDF(CGSize{size.width, size.height}, [&document](CGContext& context) { drawSketch(context, document); });
+    }
     CoreGraphicsRenderer renderer(document);
     return renderer.render(*format.bitmapType);
 }
@@ -50,7 +56,7 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
     Data bytes;
     try {
-        bytes = encodeDocument(*loaded.document, input, format);
+        bytes = encodeDocument(*loaded.document, format);
     } catch (const RenderError& error) {
         return failure(ExitCode::badDocument, input.string() + ": cannot render: " + renderErrorText(error));
     } catch (const std::bad_alloc&) {

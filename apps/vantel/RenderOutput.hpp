@@ -24,8 +24,9 @@ struct RenderOutcome {
     bool ok() const { return code == ExitCode::ok; }
 };
 
-// The whole file in memory. Throws RenderError or std::bad_alloc.
-Data encodeDocument(const OverlayGen& document, const std::filesystem::path& input, const OutputFormat& format);
+// The whole file in memory: a bitmap image, or a one-page vector PDF of the
+// canvas. Throws RenderError or std::bad_alloc.
+Data encodeDocument(const OverlayGen& document, const OutputFormat& format);
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,

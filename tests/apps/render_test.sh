@@ -1,6 +1,7 @@
 #!/bin/bash
 # `vantel render FILE -o OUT`: every bitmap format, chosen by the output's
-# extension or by --format, decodes as that format at the canvas size; usage,
+# extension or by --format, decodes as that format at the canvas size; PDF is
+# a vector page of the canvas; usage,
 # bad documents and unreadable or unwritable files get their exit codes and
 # one line naming the file; a failed render leaves an earlier output as it was
 # and no temporary file behind.
@@ -98,6 +99,24 @@ expect_exit 3 "output folder missing" "$VANTEL" render "$SAMPLE" -o "$WORK/no/su
 expect_one_error_line "output folder missing" "$WORK/no/such/folder/out.png" "cannot write"
 leftovers=$(find "$WORK" -name '.*' -type f)
 [ -z "$leftovers" ] || fail "temporary files left behind: $leftovers"
+
+# PDF: one page of the canvas in points, drawn as vector paths (no embedded
+# image), which shows the document when rasterised at 72 dpi; a bad document
+# leaves no PDF; --out-dir names the files .pdf.
+expect_exit 0 "render to .pdf" "$VANTEL" render "$SAMPLE" -o "$WORK/sample.pdf"
+pdfinfo "$WORK/sample.pdf" >"$WORK/pdfinfo" || fail "the PDF does not open in pdfinfo"
+grep -q '^Pages: *1$' "$WORK/pdfinfo" || fail "the PDF is not one page: $(cat "$WORK/pdfinfo")"
+grep -q '^Page size: *1920 x 1080 pts' "$WORK/pdfinfo" || fail "the PDF page is not the canvas: $(cat "$WORK/pdfinfo")"
+[ "$(pdfimages -list "$WORK/sample.pdf" | tail -n +3 | wc -l)" -eq 0 ] || fail "the PDF embeds a bitmap"
+pdftoppm -png -r 72 -singlefile "$WORK/sample.pdf" "$WORK/from-pdf"
+check_png "$WORK/from-pdf.png" "$SAMPLE" 1920 || fail "the PDF does not show the sample document"
+expect_exit 1 "bad document to PDF" "$VANTEL" render "$WORK/bad.aspectratio" -o "$WORK/bad.pdf"
+if [ -e "$WORK/bad.pdf" ]; then fail "a refused document left a PDF"; fi
+expect_exit 0 "--out-dir --format pdf" "$VANTEL" render "$SAMPLE" "$EXAMPLES/portrait-binary.aspectratio" \
+  --out-dir "$WORK/pdfs" --format pdf
+for name in sample portrait-binary; do
+  pdfinfo "$WORK/pdfs/$name.pdf" >/dev/null || fail "--out-dir --format pdf did not write $name.pdf"
+done
 
 # A successful render replaces an earlier output whole.
 expect_exit 0 "replacing an output" "$VANTEL" render "$SAMPLE" -o "$WORK/kept.png"
