@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run install-user clean sanitize tsan
+.PHONY: all deps configure build test run install-user clean sanitize tsan fuzz
 
 all: build
 
@@ -42,6 +42,25 @@ tsan: deps
 	@cmake --build build-tsan -j $(JOBS)
 	@TSAN_OPTIONS=halt_on_error=1 ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R Concurren
 
+# The document fuzzer (libFuzzer with AddressSanitizer and UBSan, clang only)
+# for FUZZ_SECONDS, from a copy of fuzz/corpus and fuzz/regressions in
+# build-fuzz/corpus, which keeps what the run finds across runs; crashing
+# inputs land in build-fuzz/findings/. The committed folders are only read.
+FUZZ_SECONDS ?= 600
+FUZZ_BUILD ?= build-fuzz
+fuzz: deps
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DVANTEL_FUZZ=ON -DVANTEL_SANITIZERS=address,undefined \
+	  -DVANTEL_BUILD_TESTS=OFF -DVANTEL_BUILD_BENCH=OFF > $(FUZZ_BUILD).configure.log 2>&1 \
+	  || { cat $(FUZZ_BUILD).configure.log; exit 1; }
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target document_fuzzer
+	@mkdir -p $(FUZZ_BUILD)/corpus $(FUZZ_BUILD)/findings
+	@cp fuzz/corpus/* $(FUZZ_BUILD)/corpus/
+	@if ls fuzz/regressions/* > /dev/null 2>&1; then cp fuzz/regressions/* $(FUZZ_BUILD)/corpus/; fi
+	@UBSAN_OPTIONS=print_stacktrace=1 ./$(FUZZ_BUILD)/fuzz/document_fuzzer $(FUZZ_BUILD)/corpus \
+	  -dict=fuzz/plist.dict -max_len=16384 -timeout=10 -rss_limit_mb=2048 \
+	  -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/findings/
+
 # The command, the MIME type and the thumbnailer under ~/.local, for one user.
 # The install compiles the MIME database itself unless configured with
 # VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it here too makes sure.
@@ -50,4 +69,4 @@ install-user: build
 	@update-mime-database $(HOME)/.local/share/mime
 
 clean:
-	@rm -rf $(BUILD) build-sanitize build-tsan *.configure.log
+	@rm -rf $(BUILD) build-sanitize build-tsan $(FUZZ_BUILD) *.configure.log

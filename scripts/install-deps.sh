@@ -9,6 +9,8 @@ packages=(
   libcairo2-dev libdeflate-dev libtiff-dev libgif-dev libjpeg62-turbo-dev libopenjp2-7-dev
   libpng-dev libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-plist
+  # make fuzz: libFuzzer ships with clang's runtime libraries
+  clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes
   poppler-utils
   # end-to-end thumbnailer tests: a real consumer (tumblerd on a private

@@ -1,0 +1,71 @@
+// Feeds arbitrary bytes through what the hosts do with a document: decode the
+// property list, check it, and only when the check passes describe it (as
+// `vantel info` does) and draw it (as `vantel thumbnail` and `vantel render`
+// do). Recoverable decoding errors are the expected answer to bad bytes; any
+// abort, crash, sanitizer report or uncaught exception after that is a bug,
+// and so is an exception out of drawing a document the check let through.
+//
+// Drawing is kept small so that a canvas at the size limit does not make the
+// fuzzer allocate a gigabyte: the thumbnail is scaled into a few pixels, and
+// the full-size bitmap render runs only on small canvases.
+
+#include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
+#include <Graphics2/SketchDrawing.hpp>
+#include <OverlayGenerator/DocumentCheck.hpp>
+#include <OverlayGenerator/OverlayGen.hpp>
+#include <Platform/Coding.hpp>
+#include <Platform/PropertyList.hpp>
+#include <VantelPreview/QLPreviewReply.hpp>
+#include <VantelPreview/Thumbnail.hpp>
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+namespace {
+
+using namespace vantel;
+
+constexpr int thumbnailSide = 48;
+constexpr double largestFullRender = 128 * 128;  // pixels
+
+// What `vantel info` reads of each guide.
+void describeGuides(const std::vector<AspectRatio>& guides, const Size& box) {
+    for (const AspectRatio& guide : guides) {
+        Size fitted = guide.fitting(box);
+        (void)guide.formatted();
+        if (guide.children) describeGuides(*guide.children, fitted);
+    }
+}
+
+void drawThumbnailOf(const OverlayGen& document) {
+    Size size = document.size();
+    QLPreviewReply reply(CGSize{size.width, size.height}, false,
+                         [&document](CGContext& context, const QLPreviewReply&) { drawSketch(context, document); });
+    (void)thumbnailPNG(reply, thumbnailSide);
+}
+
+void renderFullSize(const OverlayGen& document) {
+    Size size = document.size();
+    if (std::trunc(size.width) * std::trunc(size.height) > largestFullRender) return;
+    CoreGraphicsRenderer renderer(document);
+    (void)renderer.render(NSBitmapImageFileType::png);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::optional<OverlayGen> document;
+    try {
+        document.emplace(PropertyListDecoder().decode<OverlayGen>(Data(data, data + size)));
+    } catch (const DecodingError&) {
+        return 0;
+    }
+    if (!checkDocument(*document).empty()) return 0;
+    (void)document->description();
+    describeGuides(document->ratios(), document->size());
+    drawThumbnailOf(*document);
+    renderFullSize(*document);
+    return 0;
+}
