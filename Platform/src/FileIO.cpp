@@ -7,8 +7,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <system_error>
 
@@ -74,17 +76,23 @@ int createTemporaryBeside(const std::filesystem::path& target, std::filesystem::
 Data readData(const URL& url) { return readData(url.path()); }
 
 Data readData(const std::filesystem::path& path) {
+    return readData(path, std::numeric_limits<std::size_t>::max());
+}
+
+Data readData(const std::filesystem::path& path, std::size_t maximumBytes) {
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (file.get() < 0) throwFileError("cannot read file", path, errno);
     struct stat status {};
     if (::fstat(file.get(), &status) != 0) throwFileError("cannot read file", path, errno);
     Data data;
     // The size is a hint only: files in /proc report 0, others may grow.
-    data.reserve(static_cast<std::size_t>(status.st_size > 0 ? status.st_size : 0));
+    auto expected = static_cast<std::size_t>(status.st_size > 0 ? status.st_size : 0);
+    data.reserve(std::min(expected, maximumBytes));
     constexpr std::size_t chunk = 1 << 16;
-    for (;;) {
+    while (data.size() < maximumBytes) {
         std::size_t used = data.size();
         std::size_t room = data.capacity() > used ? data.capacity() - used : chunk;
+        room = std::min(room, maximumBytes - used);
         data.resize(used + room);
         ssize_t count = ::read(file.get(), data.data() + used, room);
         if (count < 0) {
@@ -93,8 +101,9 @@ Data readData(const std::filesystem::path& path) {
             throwFileError("cannot read file", path, errno);
         }
         data.resize(used + static_cast<std::size_t>(count));
-        if (count == 0) return data;
+        if (count == 0) break;
     }
+    return data;
 }
 
 void writeData(const Data& data, const URL& url) { writeData(data, url.path()); }

@@ -71,3 +71,16 @@ TEST(FileIOTest, AtomicWritesReplaceTheFileAndLeaveNothingElse) {
     EXPECT_THROW(writeDataAtomically(bytes("x"), folder / "absent" / "x"), std::filesystem::filesystem_error);
     EXPECT_EQ(entryCount(folder.path()), 1u);
 }
+
+TEST(FileIOTest, BoundedReadsStopAtTheLimitEvenOnEndlessFiles) {
+    TemporaryFolder folder;
+    std::filesystem::path file = folder / "ten";
+    writeData(bytes("0123456789"), file);
+    EXPECT_EQ(readData(file, 4), bytes("0123"));
+    EXPECT_EQ(readData(file, 10), bytes("0123456789"));
+    EXPECT_EQ(readData(file, 1 << 20), bytes("0123456789"));
+    EXPECT_TRUE(readData(file, 0).empty());
+    // A device that never ends, larger than one read, and a file that is not there.
+    EXPECT_EQ(readData("/dev/zero", 300'000), Data(300'000, 0));
+    EXPECT_EQ(fileError([&] { readData(folder / "absent", 4); }).code(), std::errc::no_such_file_or_directory);
+}

@@ -6,12 +6,16 @@
 #include <Platform/Data.hpp>
 #include <Platform/URL.hpp>
 
+#include <cstddef>
 #include <filesystem>
 
 namespace vantel {
 
 Data readData(const URL& url);
 Data readData(const std::filesystem::path& path);
+// At most maximumBytes: the whole of a shorter file, the start of a longer
+// one. Reads a pipe or a device such as /dev/zero only that far.
+Data readData(const std::filesystem::path& path, std::size_t maximumBytes);
 
 // Creates or overwrites the file in place; the folder must exist.
 void writeData(const Data& data, const URL& url);
