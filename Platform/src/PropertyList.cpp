@@ -9,7 +9,9 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace vantel {
 
@@ -27,8 +29,12 @@ struct PlistFree {
 };
 using PlistHandle = std::unique_ptr<void, PlistFree>;
 
-[[noreturn]] void throwNotAPropertyList() {
-    throw DecodingError::dataCorrupted({{}, "The given data was not a valid property list."});
+// `reason`, when known, follows the plain statement: a list refused for its
+// nesting or size is otherwise hard to tell from a damaged one.
+[[noreturn]] void throwNotAPropertyList(const std::string& reason = {}) {
+    std::string description = "The given data was not a valid property list.";
+    if (!reason.empty()) description += " " + reason;
+    throw DecodingError::dataCorrupted({{}, std::move(description)});
 }
 
 bool looksBinary(const Data& bytes) {
@@ -53,7 +59,7 @@ PlistHandle parsePlist(const Data& bytes) {
     bool binary = looksBinary(bytes);
     auto refused = binary ? detail::checkBinaryPropertyListShape(bytes, limits)
                           : detail::checkXMLPropertyListShape(bytes, limits);
-    if (refused) throwNotAPropertyList();
+    if (refused) throwNotAPropertyList(*refused);
     plist_t root = nullptr;
     const char* text = reinterpret_cast<const char*>(bytes.data());
     auto length = static_cast<std::uint32_t>(bytes.size());
