@@ -17,12 +17,15 @@ namespace {
 class DocumentChecker {
 public:
     std::vector<DocumentProblem> problems;
+    // The most grid lines the guides checked so far can draw.
+    double gridLines = 0;
 
     void checkCanvas(const Size& size) {
-        bool finite = checkLength("size.width", size.width, "canvas width") &
-                      checkLength("size.height", size.height, "canvas height") &
-                      checkLength("size.margin", size.margin, "margin");
-        if (!finite) return;
+        // Each check runs, so that every bad value is named.
+        bool widthFinite = checkLength("size.width", size.width, "canvas width");
+        bool heightFinite = checkLength("size.height", size.height, "canvas height");
+        bool marginFinite = checkLength("size.margin", size.margin, "margin");
+        if (!widthFinite || !heightFinite || !marginFinite) return;
         std::string dimensions = numberText(size.width) + " x " + numberText(size.height);
         if (std::trunc(size.width) < 1 || std::trunc(size.height) < 1) {
             report("size", "canvas " + dimensions + " is smaller than one pixel");
@@ -56,8 +59,9 @@ public:
                              " levels cannot be drawn");
             return;
         }
-        bool sidesUsable = checkRatioSide(path + ".width", guide.width) &
-                           checkRatioSide(path + ".height", guide.height);
+        bool widthUsable = checkRatioSide(path + ".width", guide.width);
+        bool heightUsable = checkRatioSide(path + ".height", guide.height);
+        bool sidesUsable = widthUsable && heightUsable;
         bool weightUsable = checkLength(path + ".weight", guide.weight, "weight");
         checkColor(path + ".color", guide.color);
         checkColor(path + ".fillColor", guide.fillColor);
@@ -71,6 +75,13 @@ public:
         for (std::size_t i = 0; i < guide.children->size(); ++i) {
             checkGuide(path + ".children[" + std::to_string(i) + "]", (*guide.children)[i], fitted, depth + 1);
         }
+    }
+
+    void checkGridLinesInAll() {
+        if (gridLines <= DrawingLimits::maxDocumentGridLines) return;
+        report("ratios", "the guides would draw " + limitText(gridLines) +
+                             " grid lines in all, more than the limit of " +
+                             limitText(DrawingLimits::maxDocumentGridLines));
     }
 
 private:
@@ -120,12 +131,17 @@ private:
         }
         // A line every n px draws at most side / n <= 32767 lines on a canvas
         // within the limits; only divisors can ask for too many or a zero step.
-        if (grid.tag != GridType::Case::divisor) return;
+        if (grid.tag == GridType::Case::pixels) {
+            if (grid.payload >= 1 && side > n) gridLines += side / n;
+            return;
+        }
         if (grid.payload != 0 && side / n == 0) {
             report(path, "divisor " + std::to_string(grid.payload) + sideText + " would give a zero grid step");
         } else if (n > DrawingLimits::maxGridLines) {
             report(path, "divisor " + std::to_string(grid.payload) + sideText + " would draw more than " +
                              limitText(DrawingLimits::maxGridLines) + " grid lines");
+        } else if (grid.payload > 0) {
+            gridLines += n;  // n - 1 lines, on a side of either sign
         }
     }
 };
@@ -143,6 +159,7 @@ std::vector<DocumentProblem> checkDocument(const OverlayGen& document) {
     for (std::size_t i = 0; i < ratios.size(); ++i) {
         checker.checkGuide("ratios[" + std::to_string(i) + "]", ratios[i], box, 1);
     }
+    checker.checkGridLinesInAll();
     return checker.problems;
 }
 

@@ -88,3 +88,19 @@ TEST(DocumentCheckTest, NestingDeeperThanTheLimitIsReportedOnce) {
     EXPECT_NE(problems[0].find("nested deeper than 64 levels"), std::string::npos) << problems[0];
     EXPECT_EQ(problems[0].rfind("ratios[0]", 0), 0u);
 }
+
+TEST(DocumentCheckTest, GridLinesOfAllGuidesTogetherAreLimited) {
+    // Five guides at the per-side limit on both sides draw the most a document
+    // may; a binary property list can make far more of them by sharing one.
+    AspectRatio dense = guide(1, 1, 0);
+    dense.rowType = GridType::divisor(100000);
+    dense.columnType = GridType::divisor(100000);
+    AspectRatio parent = guide(1, 1, 0);
+    parent.children = std::vector<AspectRatio>(5, dense);
+    EXPECT_TRUE(problemsOf(Size(1000, 1000, 0), {parent}).empty());
+
+    parent.rowType = GridType::pixels(1);
+    EXPECT_EQ(problemsOf(Size(1000, 1000, 0), {parent}),
+              (std::vector<std::string>{
+                  "ratios: the guides would draw 1001000 grid lines in all, more than the limit of 1000000"}));
+}

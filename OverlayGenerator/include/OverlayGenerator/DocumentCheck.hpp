@@ -21,6 +21,10 @@ struct DrawingLimits {
     static constexpr double maxCanvasPixels = 268435456;  // 16384 x 16384
     static constexpr int maxGuideDepth = 64;               // guide levels, top level is 1
     static constexpr double maxGridLines = 100000;         // per side of one guide
+    // All grid lines of all guides together. Binary property lists can share
+    // one guide among many parents, so a file of a few hundred bytes can hold
+    // thousands of guides; their lines, not the file, set the drawing time.
+    static constexpr double maxDocumentGridLines = 1000000;
     static constexpr double maxRatioSide = 1e15;           // ratio width or height
 };
 
