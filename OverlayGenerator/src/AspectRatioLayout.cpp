@@ -12,8 +12,8 @@
 
 namespace vantel {
 
-thread_local std::optional<Size> fittingSize;
-thread_local std::optional<Size> centeringSize;
+constinit thread_local std::optional<Size> fittingSize;
+constinit thread_local std::optional<Size> centeringSize;
 
 namespace {
 

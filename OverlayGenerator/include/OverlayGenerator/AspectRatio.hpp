@@ -110,9 +110,11 @@ private:
 // the size the next guide is fitted into, and the size whose centre every
 // guide is centred on. Both start unset. A document body sets both to its
 // size and leaves them so. They are per thread, so bodies built on different
-// threads at once never share them.
-extern thread_local std::optional<Size> fittingSize;
-extern thread_local std::optional<Size> centeringSize;
+// threads at once never share them. constinit: they need no dynamic
+// initialisation, so other files reach them directly rather than through a
+// thread-local wrapper function.
+extern constinit thread_local std::optional<Size> fittingSize;
+extern constinit thread_local std::optional<Size> centeringSize;
 
 }  // namespace vantel
 
