@@ -22,9 +22,12 @@ PreviewProvider::~PreviewProvider() {
 }
 
 QLPreviewReply PreviewProvider::reply(const QLFilePreviewRequest& request) {
+    return previewReply(std::make_shared<const OverlayGen>(decode<OverlayGen>(PropertyListDecoder(), request.fileURL)));
+}
+
+QLPreviewReply PreviewProvider::previewReply(std::shared_ptr<const OverlayGen> document) {
     // The drawing block outlives this call and may be copied: it shares the
     // document, which is not copyable.
-    auto document = std::make_shared<const OverlayGen>(decode<OverlayGen>(PropertyListDecoder(), request.fileURL));
     Size size = document->size();
     return QLPreviewReply(CGSize{size.width, size.height}, false,
                           [document](CGContext& context, const QLPreviewReply&) { drawSketch(context, *document); });

@@ -1,6 +1,7 @@
 // `vantel thumbnail -s SIZE INPUT OUTPUT`: the freedesktop thumbnailer. It
-// plays the preview host: asks the preview provider for the reply, supplies a
-// bitmap of SIZE x SIZE at most, runs the reply's drawing and writes the PNG.
+// plays the preview host: reads and checks the document, asks the preview
+// provider for the reply, supplies a bitmap of SIZE x SIZE at most, runs the
+// reply's drawing and writes the PNG.
 //
 // How file browsers run it shapes the output: OUTPUT often has no extension
 // (always PNG); Thunar starts two runs for one output at once; tumblerd reads
@@ -10,15 +11,14 @@
 #include "CommandRegistry.hpp"
 #include "DocumentLoading.hpp"
 
-#include <Platform/Coding.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/URL.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <filesystem>
-#include <future>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -46,39 +46,16 @@ std::optional<std::filesystem::path> inputPath(const std::string& input) {
     return url->path();
 }
 
-// Asks the provider the way the platform does, and waits for its answer.
-QLPreviewReply askProvider(const std::filesystem::path& file) {
-    std::promise<QLPreviewReply> answer;
-    std::future<QLPreviewReply> reply = answer.get_future();
-    PreviewProvider provider;
-    provider.providePreviewForFileRequest(
-        QLFilePreviewRequest{URL::fileURL(file)},
-        [&answer](std::optional<QLPreviewReply> reply, std::exception_ptr error) {
-            if (error) {
-                answer.set_exception(error);
-            } else {
-                answer.set_value(std::move(*reply));
-            }
-        });
-    return reply.get();
-}
-
-struct Failure {
-    ExitCode code;
-    std::string line;
-};
-
-// The thumbnail as PNG data, or why there is none.
-std::optional<Data> drawDocument(const std::filesystem::path& file, int size, Failure& failure) {
+// The thumbnail as PNG data, or the line saying why there is none. The
+// provider answers for the document this command read and checked, not for
+// a second read of the file, which may have changed since.
+std::optional<Data> drawDocument(const std::filesystem::path& file, OverlayGen document, int size,
+                                 std::string& failure) {
     try {
-        return thumbnailPNG(askProvider(file), size);
-    } catch (const std::filesystem::filesystem_error& error) {
-        std::string reason = error.code() ? error.code().message() : error.what();
-        failure = {ExitCode::ioFailure, file.string() + ": cannot read: " + reason};
-    } catch (const DecodingError& error) {
-        failure = {ExitCode::badDocument, file.string() + ": " + error.what()};
+        QLPreviewReply reply = PreviewProvider::previewReply(std::make_shared<const OverlayGen>(std::move(document)));
+        return thumbnailPNG(reply, size);
     } catch (const std::exception& error) {
-        failure = {ExitCode::badDocument, file.string() + ": cannot draw: " + error.what()};
+        failure = file.string() + ": cannot draw: " + error.what();
     }
     return std::nullopt;
 }
@@ -96,11 +73,11 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
-    Failure failure;
-    std::optional<Data> png = drawDocument(*file, options.size, failure);
+    std::string failure;
+    std::optional<Data> png = drawDocument(*file, std::move(*loaded.document), options.size, failure);
     if (!png) {
-        std::cerr << failure.line << '\n';
-        return failure.code;
+        std::cerr << failure << '\n';
+        return ExitCode::badDocument;
     }
     try {
         writeDataInPlaceLocked(*png, options.output);

@@ -15,6 +15,7 @@
 #include <cstring>
 #include <filesystem>
 #include <future>
+#include <memory>
 #include <thread>
 
 using namespace vantel;
@@ -79,6 +80,14 @@ TEST(PreviewProviderTest, ReplyDrawsTheDocumentSketchIntoTheSuppliedContext) {
     EXPECT_EQ(drawn.operations, expected.operations);
     EXPECT_EQ(std::count(drawn.operations.begin(), drawn.operations.end(), "fillRect 0.0 0.0 400.0 300.0"), 1)
         << "no background";
+
+    // A host that has read the document already gets the same reply for it.
+    QLPreviewReply forDocument = PreviewProvider::previewReply(std::make_shared<const OverlayGen>(sampleDocument()));
+    EXPECT_EQ(forDocument.contextSize, reply.contextSize);
+    EXPECT_EQ(forDocument.isBitmap, reply.isBitmap);
+    RecordingContext drawnForDocument;
+    forDocument.draw(drawnForDocument);
+    EXPECT_EQ(drawnForDocument.operations, expected.operations);
 }
 
 TEST(PreviewProviderTest, HandlerGetsTheReplyExactlyOnceFromAnotherThread) {

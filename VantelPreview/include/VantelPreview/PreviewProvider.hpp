@@ -1,11 +1,13 @@
 #pragma once
 
+#include <OverlayGenerator/OverlayGen.hpp>
 #include <VantelPreview/QLFilePreviewRequest.hpp>
 #include <VantelPreview/QLPreviewReply.hpp>
 
 #include <exception>
 #include <functional>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -38,6 +40,12 @@ public:
     // the process.
     void providePreviewForFileRequest(const QLFilePreviewRequest& request,
                                       CompletionHandler completionHandler) const;
+
+    // The reply for a document already read and decoded, as a request for its
+    // file would be answered. A host that checks a document before drawing it
+    // asks with the document it checked, so that a file changed in between
+    // cannot bring it an unchecked one.
+    static QLPreviewReply previewReply(std::shared_ptr<const OverlayGen> document);
 
 private:
     // The work of one request: decodes the document at request.fileURL and
