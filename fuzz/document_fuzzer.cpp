@@ -10,18 +10,19 @@
 // the full-size bitmap render runs only on small canvases.
 
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
-#include <Graphics2/SketchDrawing.hpp>
 #include <OverlayGenerator/DocumentCheck.hpp>
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <Platform/Coding.hpp>
 #include <Platform/PropertyList.hpp>
-#include <VantelPreview/QLPreviewReply.hpp>
+#include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -39,11 +40,8 @@ void describeGuides(const std::vector<AspectRatio>& guides, const Size& box) {
     }
 }
 
-void drawThumbnailOf(const OverlayGen& document) {
-    Size size = document.size();
-    QLPreviewReply reply(CGSize{size.width, size.height}, false,
-                         [&document](CGContext& context, const QLPreviewReply&) { drawSketch(context, document); });
-    (void)thumbnailPNG(reply, thumbnailSide);
+void drawThumbnailOf(std::shared_ptr<const OverlayGen> document) {
+    (void)thumbnailPNG(PreviewProvider::previewReply(std::move(document)), thumbnailSide);
 }
 
 void renderFullSize(const OverlayGen& document) {
@@ -65,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!checkDocument(*document).empty()) return 0;
     (void)document->description();
     describeGuides(document->ratios(), document->size());
-    drawThumbnailOf(*document);
     renderFullSize(*document);
+    drawThumbnailOf(std::make_shared<const OverlayGen>(std::move(*document)));
     return 0;
 }

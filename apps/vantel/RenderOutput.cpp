@@ -5,9 +5,10 @@
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
-#include <Graphics2/SketchDrawing.hpp>
 #include <Platform/FileIO.hpp>
+#include <VantelPreview/PreviewProvider.hpp>
 
+#include <memory>
 #include <new>
 
 namespace vantel::cli {
@@ -33,15 +34,13 @@ std::string fileErrorText(const std::filesystem::filesystem_error& error) {
 
 }  // namespace
 
-Data encodeDocument(const OverlayGen& document, const OutputFormat& format) {
+Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format) {
     if (format.isPDF()) {
-        // What a preview reply draws, on a page of its context size (the whole
-        // canvas in points), drawn from the document already checked rather
-        // than from the file read a second time.
-        Size size = document.size();
-        return drawPDF(CGSize{size.width, size.height}, [&document](CGContext& context) { drawSketch(context, document); });
+        // The preview's vector reply, drawn on a page of its context size.
+        QLPreviewReply reply = PreviewProvider::previewReply(document);
+        return drawPDF(reply.contextSize, [&reply](CGContext& context) { reply.draw(context); });
     }
-    CoreGraphicsRenderer renderer(document);
+    CoreGraphicsRenderer renderer(*document);
     return renderer.render(*format.bitmapType);
 }
 
@@ -56,7 +55,7 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
     Data bytes;
     try {
-        bytes = encodeDocument(*loaded.document, format);
+        bytes = encodeDocument(std::make_shared<const OverlayGen>(std::move(*loaded.document)), format);
     } catch (const RenderError& error) {
         return failure(ExitCode::badDocument, input.string() + ": cannot render: " + renderErrorText(error));
     } catch (const std::bad_alloc&) {

@@ -12,6 +12,7 @@
 #include <Platform/Data.hpp>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,7 @@ struct RenderOutcome {
 
 // The whole file in memory: a bitmap image, or a one-page vector PDF of the
 // canvas. Throws RenderError or std::bad_alloc.
-Data encodeDocument(const OverlayGen& document, const OutputFormat& format);
+Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format);
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
