@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace vantel {
+
+// Unicode-aware text questions over ICU, on UTF-8 text. Malformed UTF-8
+// reads as U+FFFD, one byte at a time, so nothing here throws on bad text.
+
+// The Unicode white-space property (spaces, tabs, line and paragraph
+// separators, NEL, ...).
+bool isWhiteSpaceOrNewline(char32_t codePoint);
+
+// The text without leading and trailing white space and line breaks.
+std::string_view trimmingWhiteSpace(std::string_view utf8);
+
+// Whether the code point is an upper-case letter (Unicode Uppercase).
+bool isUppercase(char32_t codePoint);
+
+// The number of user-perceived characters (extended grapheme clusters).
+std::size_t graphemeCount(std::string_view utf8);
+
+// The number of UTF-16 code units the text takes: ICU's regular
+// expressions and collators count positions in those.
+std::size_t utf16Length(std::string_view utf8);
+
+// The code point starting at utf8[at] and how many bytes it takes.
+struct DecodedCodePoint {
+    char32_t value;
+    std::size_t length;
+};
+DecodedCodePoint decodeCodePoint(std::string_view utf8, std::size_t at);
+
+}  // namespace vantel
