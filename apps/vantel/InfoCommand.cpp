@@ -1,6 +1,7 @@
 // vantel info FILE
 
 #include "CommandRegistry.hpp"
+#include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 
 #include <Platform/NumberText.hpp>
@@ -99,8 +100,12 @@ const char* const infoFooter =
 CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
     auto file = std::make_shared<std::string>();
     CLI::App* sub = app.add_subcommand("info", "Describe an overlay document");
+    setUsageForms(sub, {"vantel info FILE"});
     sub->footer(infoFooter);
-    sub->add_option("file", *file, "an overlay document (.aspectratio)")->required();
+    sub->add_option("file", *file, "an overlay document (.aspectratio)")
+        ->required()
+        ->option_text("FILE")
+        ->group("Input");
     sub->callback([file, &result] { result = runInfo(*file); });
 });
 

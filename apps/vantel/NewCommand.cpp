@@ -1,6 +1,7 @@
 // vantel new [--preset default|test] [--binary] [--force] -o FILE
 
 #include "CommandRegistry.hpp"
+#include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 #include "NewDocument.hpp"
 
@@ -47,12 +48,18 @@ const char* const newFooter =
 CommandRegistration registration(50, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<NewOptions>();
     CLI::App* sub = app.add_subcommand("new", "Write a new overlay document from a preset");
+    setUsageForms(sub, {"vantel new [--preset default|test] [--binary] [--force] -o FILE"});
     sub->footer(newFooter);
-    sub->add_option("-o,--output", options->output, "the document to write (.aspectratio)")->required();
+    sub->add_option("-o,--output", options->output, "the document to write (.aspectratio)")
+        ->required()
+        ->option_text("FILE")
+        ->group("Output");
     sub->add_option("-p,--preset", options->preset, "the guides: default or test (default: default)")
-        ->check(CLI::IsMember({"default", "test"}));
-    sub->add_flag("--binary", options->binary, "write a binary property list instead of XML");
-    sub->add_flag("--force", options->force, "replace FILE if it exists");
+        ->check(CLI::IsMember({"default", "test"}))
+        ->option_text("NAME")
+        ->group("Document");
+    sub->add_flag("--binary", options->binary, "write a binary property list instead of XML")->group("Output");
+    sub->add_flag("--force", options->force, "replace FILE if it exists")->group("Output");
     sub->callback([options, &result] { result = runNew(*options); });
 });
 

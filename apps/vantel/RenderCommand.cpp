@@ -4,6 +4,7 @@
 #include "BatchProgress.hpp"
 #include "CommandRegistry.hpp"
 #include "DocumentLoading.hpp"
+#include "HelpFormat.hpp"
 #include "OutputFormat.hpp"
 #include "RenderOutput.hpp"
 
@@ -147,33 +148,47 @@ ExitCode runRender(const RenderOptions& options) {
 }
 
 const char* const renderFooter =
-    "Forms:\n"
-    "  vantel render FILE -o OUT [--format F]\n"
-    "  vantel render FILE... --out-dir DIR [--format F] [--jobs N]\n"
-    "Each document is checked first; a document that cannot be drawn is refused\n"
-    "with one line per problem. Outputs are written to a temporary file beside\n"
-    "the target and renamed into place, so a failed render leaves an earlier\n"
-    "file untouched. With --out-dir, each output is DIR/<name of FILE without\n"
-    "its extension>.<format>; documents render in parallel, one line is printed\n"
+    "Each document is checked first; a document that cannot be drawn is refused "
+    "with one line per problem. Outputs are written to a temporary file beside "
+    "the target and renamed into place, so a failed render leaves an earlier "
+    "file untouched. With --out-dir, each output is DIR/<name of FILE without "
+    "its extension>.<format>; documents render in parallel, one line is printed "
     "per failed file and a summary at the end.\n"
-    "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage,\n"
-    "3 an input or output file could not be read or written (the most serious\n"
+    "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage, "
+    "3 an input or output file could not be read or written (the most serious "
     "one when several files failed).";
+
+void addOutputOptions(CLI::App& command, RenderOptions& options) {
+    auto* output = command.add_option("-o,--output", options.output, "the output file, for one document")
+                       ->option_text("FILE")
+                       ->group("Output");
+    auto* outDir = command.add_option("--out-dir", options.outDir, "the folder to write outputs into (made if missing)")
+                       ->option_text("DIR")
+                       ->group("Output");
+    output->excludes(outDir);
+    command.add_option("-f,--format", options.format,
+                       "the output format: " + OutputFormat::namesText() +
+                           " (default: from the -o name; png with --out-dir)")
+        ->option_text("FORMAT")
+        ->group("Output");
+}
 
 CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* sub =
         app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF");
+    setUsageForms(sub, {"vantel render FILE -o OUT [--format FORMAT]",
+                        "vantel render FILE... --out-dir DIR [--format FORMAT] [--jobs N]"});
     sub->footer(renderFooter);
-    sub->add_option("files", options->inputs, "overlay documents (.aspectratio)")->required();
-    auto* output = sub->add_option("-o,--output", options->output, "the output file, for one document");
-    auto* outDir = sub->add_option("--out-dir", options->outDir, "the folder to write outputs into (made if missing)");
-    output->excludes(outDir);
-    sub->add_option("-f,--format", options->format,
-                    "the output format: " + OutputFormat::namesText() +
-                        " (default: from the -o name; png with --out-dir)");
+    sub->add_option("files", options->inputs, "overlay documents (.aspectratio)")
+        ->required()
+        ->option_text("FILE...")
+        ->group("Input");
+    addOutputOptions(*sub, *options);
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
-        ->check(CLI::Range(1u, 1024u));
+        ->check(CLI::Range(1u, 1024u))
+        ->option_text("N")
+        ->group("Batch");
     sub->callback([options, &result] { result = runRender(*options); });
 });
 

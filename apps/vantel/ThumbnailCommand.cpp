@@ -9,6 +9,7 @@
 // in place, under a lock, and only once the picture is whole in memory.
 
 #include "CommandRegistry.hpp"
+#include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 
 #include <Platform/FileIO.hpp>
@@ -89,16 +90,31 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
     return ExitCode::ok;
 }
 
+const char* const thumbnailFooter =
+    "The thumbnail keeps the canvas's aspect, its longer side N pixels (default "
+    "256). File browsers run it through the vantel.thumbnailer entry as "
+    "\"vantel thumbnail -s %s %u %o\".\n"
+    "Exit codes: 0 written, 1 the document is bad, 2 bad usage, 3 INPUT could "
+    "not be read or OUTPUT written.";
+
 CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<ThumbnailOptions>();
     CLI::App* command = app.add_subcommand(
         "thumbnail", "Write a PNG thumbnail of a document, as file browsers ask for one");
+    setUsageForms(command, {"vantel thumbnail [--size N] INPUT OUTPUT"});
+    command->footer(thumbnailFooter);
     command->add_option("-s,--size", options->size, "Longer side of the thumbnail in pixels")
         ->check(CLI::Range(1, largestThumbnail))
-        ->capture_default_str();
-    command->add_option("INPUT", options->input, "The document: a path or a file:// URI")->required();
+        ->option_text("N")
+        ->group("Output");
+    command->add_option("INPUT", options->input, "The document: a path or a file:// URI")
+        ->required()
+        ->option_text("INPUT")
+        ->group("Input");
     command->add_option("OUTPUT", options->output, "Where the PNG goes (any name; written in place)")
-        ->required();
+        ->required()
+        ->option_text("OUTPUT")
+        ->group("Output");
     command->callback([&result, options] { result = runThumbnail(*options); });
 });
 

@@ -1,6 +1,7 @@
 // vantel validate FILE...
 
 #include "CommandRegistry.hpp"
+#include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 
 #include <iostream>
@@ -36,8 +37,12 @@ CommandRegistration registration(40, [](CLI::App& app, ExitCode& result) {
     auto files = std::make_shared<std::vector<std::string>>();
     CLI::App* sub = app.add_subcommand(
         "validate", "Check that overlay documents can be read and drawn; report every value that cannot");
+    setUsageForms(sub, {"vantel validate FILE..."});
     sub->footer(validateFooter);
-    sub->add_option("files", *files, "overlay documents (.aspectratio)")->required();
+    sub->add_option("files", *files, "overlay documents (.aspectratio)")
+        ->required()
+        ->option_text("FILE...")
+        ->group("Input");
     sub->callback([files, &result] { result = runValidate(*files); });
 });
 

@@ -1,4 +1,7 @@
 #include "CommandRegistry.hpp"
+#include "HelpFormat.hpp"
+
+#include <CoreGraphicsRendering/DrawingLibraries.hpp>
 
 #include <algorithm>
 #include <iostream>
@@ -14,8 +17,20 @@ std::multimap<int, CommandSetup>& registry() {
 }
 
 const char* const exitCodeHelp =
+    "Run \"vantel COMMAND --help\" for a command's options.\n"
     "Exit codes: 0 success, 1 a document is bad (cannot be read as an overlay or\n"
-    "cannot be drawn), 2 bad usage, 3 an input or output file could not be read or written.";
+    "cannot be drawn), 2 bad usage, 3 an input or output file could not be read\n"
+    "or written.";
+
+// "vantel 0.1.0" and a line per library, for bug reports.
+std::string versionText() {
+    std::string text = std::string("vantel ") + VANTEL_VERSION + "\n";
+    std::vector<vantel::LibraryVersion> libraries = vantel::drawingLibraryVersions();
+    for (auto& library : vantel::platformLibraryVersions()) libraries.push_back(std::move(library));
+    for (const auto& library : libraries) text += "  " + library.name + " " + library.version + "\n";
+    text.pop_back();  // CLI11 ends the text with its own newline
+    return text;
+}
 
 }  // namespace
 
@@ -47,11 +62,15 @@ ExitCode worse(ExitCode a, ExitCode b) {
 int main(int argc, char** argv) {
     using namespace vantel::cli;
     CLI::App app{"vantel: preview, render and check overlay documents"};
-    app.set_version_flag("--version", std::string("vantel ") + VANTEL_VERSION);
+    app.formatter(makeHelpFormatter());
+    app.set_version_flag("--version", versionText, "Print the version of vantel and its libraries");
+    app.set_help_flag("-h,--help", "Print this help and exit");
     app.footer(exitCodeHelp);
+    setUsageForms(&app, {"vantel COMMAND [OPTIONS] FILE...", "vantel --version"});
     app.require_subcommand(0, 1);
     ExitCode result = ExitCode::ok;
     for (const auto& setup : registeredCommands()) setup(app, result);
+    for (CLI::App* command : app.get_subcommands({})) command->group("Commands");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
