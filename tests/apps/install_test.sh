@@ -18,6 +18,10 @@ check_tree() { # LABEL ROOT
   cmp -s "$root/share/thumbnailers/vantel.thumbnailer" "$SOURCE_DIR/data/vantel.thumbnailer" ||
     fail "$label: share/thumbnailers/vantel.thumbnailer missing or not the one in data/"
   "$root/bin/vantel" --version > /dev/null || fail "$label: installed vantel does not run"
+  for file in share/man/man1/vantel.1 share/bash-completion/completions/vantel \
+              share/zsh/site-functions/_vantel share/fish/vendor_completions.d/vantel.fish; do
+    [ -s "$root/$file" ] || fail "$label: no $file"
+  done
 }
 
 prefix="$WORK/prefix"

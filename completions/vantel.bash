@@ -1,0 +1,53 @@
+# bash completion for vantel
+
+_vantel() {
+    local cur prev words cword
+    if declare -F _init_completion > /dev/null; then
+        _init_completion || return
+    else
+        cur=${COMP_WORDS[COMP_CWORD]}
+        prev=${COMP_WORDS[COMP_CWORD - 1]}
+        words=("${COMP_WORDS[@]}")
+        cword=$COMP_CWORD
+    fi
+
+    local commands="render thumbnail info validate new"
+    local formats="png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf"
+    local command="" i
+    for ((i = 1; i < cword; i++)); do
+        case ${words[i]} in
+            render | thumbnail | info | validate | new) command=${words[i]}; break ;;
+        esac
+    done
+
+    if [[ -z $command ]]; then
+        COMPREPLY=($(compgen -W "$commands --help --version" -- "$cur"))
+        return
+    fi
+
+    case $prev in
+        -f | --format) COMPREPLY=($(compgen -W "$formats" -- "$cur")); return ;;
+        -p | --preset) COMPREPLY=($(compgen -W "default test" -- "$cur")); return ;;
+        --out-dir) COMPREPLY=($(compgen -d -- "$cur")); return ;;
+        -o | --output)
+            COMPREPLY=($(compgen -f -- "$cur"))
+            return
+            ;;
+        -j | --jobs | -s | --size) return ;;
+    esac
+
+    if [[ $cur == -* ]]; then
+        local options="--help"
+        case $command in
+            render) options+=" --output --out-dir --format --jobs" ;;
+            thumbnail) options+=" --size" ;;
+            new) options+=" --output --preset --binary --force" ;;
+        esac
+        COMPREPLY=($(compgen -W "$options" -- "$cur"))
+        return
+    fi
+
+    # Inputs: overlay documents and folders to find them in.
+    COMPREPLY=($(compgen -d -- "$cur") $(compgen -f -X '!*.aspectratio' -- "$cur"))
+}
+complete -o filenames -F _vantel vantel

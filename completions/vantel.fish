@@ -1,0 +1,28 @@
+# fish completion for vantel
+
+set -l commands render thumbnail info validate new
+set -l formats png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf
+
+complete -c vantel -f
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a render -d 'Render overlay documents to images or PDF'
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a thumbnail -d 'Write a PNG thumbnail of a document'
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a info -d 'Describe an overlay document'
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a validate -d 'Check that overlay documents can be read and drawn'
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a new -d 'Write a new overlay document from a preset'
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -l version -d 'Print the version'
+complete -c vantel -s h -l help -d 'Print help'
+
+# Inputs: overlay documents.
+complete -c vantel -n "__fish_seen_subcommand_from render thumbnail info validate" -k -a "(__fish_complete_suffix .aspectratio)"
+
+complete -c vantel -n "__fish_seen_subcommand_from render" -s o -l output -r -F -d 'The output file, for one document'
+complete -c vantel -n "__fish_seen_subcommand_from render" -l out-dir -r -a "(__fish_complete_directories)" -d 'The folder to write outputs into'
+complete -c vantel -n "__fish_seen_subcommand_from render" -s f -l format -x -a "$formats" -d 'The output format'
+complete -c vantel -n "__fish_seen_subcommand_from render" -s j -l jobs -x -d 'Documents rendered at once'
+
+complete -c vantel -n "__fish_seen_subcommand_from thumbnail" -s s -l size -x -d 'Longer side of the thumbnail in pixels'
+
+complete -c vantel -n "__fish_seen_subcommand_from new" -s o -l output -r -F -d 'The document to write'
+complete -c vantel -n "__fish_seen_subcommand_from new" -s p -l preset -x -a "default test" -d 'The guides'
+complete -c vantel -n "__fish_seen_subcommand_from new" -l binary -d 'Write a binary property list instead of XML'
+complete -c vantel -n "__fish_seen_subcommand_from new" -l force -d 'Replace the file if it exists'

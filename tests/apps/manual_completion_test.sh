@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# The manual page and the shell completions: the page renders without
+# warnings and carries every option of --help; bash completes commands,
+# options, formats and documents; every shell's script knows every option.
+set -euo pipefail
+vantel=$1 source_dir=$(cd "$2" && pwd) manual=$3
+fail() { echo "FAIL: $*" >&2; exit 1; }
+
+warnings=$(MANWIDTH=80 man --warnings -l "$manual" 2>&1 > /dev/null)
+[ -z "$warnings" ] || fail "man warns: $warnings"
+page=$(MANWIDTH=80 man -l "$manual" 2> /dev/null)
+
+commands=$("$vantel" --help | sed -n '/^Commands:/,/^$/p' | awk 'NR > 1 && /^  [a-z]/ {print $1}')
+[ "$(echo $commands)" = "render thumbnail info validate new" ] || fail "commands in --help: $commands"
+for command in $commands; do
+  for option in $("$vantel" "$command" --help | grep -o -- '--[a-z][a-z-]*' | sort -u); do
+    grep -q -- "${option//-/\\\\-}\|$option" "$manual" || fail "manual lacks $command $option"
+    grep -q -- "$option" "$source_dir/completions/vantel.bash" || fail "bash completion lacks $option"
+    grep -q -- "$option" "$source_dir/completions/_vantel" || fail "zsh completion lacks $option"
+    [ "$option" = --help ] || grep -q -- "-l ${option#--}" "$source_dir/completions/vantel.fish" \
+      || fail "fish completion lacks $option"
+  done
+done
+echo "$page" | grep -q "vantel render FILE -o OUT" || fail "manual lacks the render forms"
+
+# bash: what Tab offers after the words typed so far.
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+touch "$work/a.aspectratio" "$work/b.png"
+completions() {
+  (cd "$work" && bash -c 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1));
+                          _vantel; printf "%s\n" "${COMPREPLY[@]}"' _ "$source_dir/completions/vantel.bash" "$@" | sort | xargs)
+}
+[ "$(completions vantel re)" = render ] || fail "vantel re<Tab>: $(completions vantel re)"
+[ "$(completions vantel render --fo)" = --format ] || fail "render --fo<Tab>"
+[ "$(completions vantel render -f jp)" = "jp2 jpeg jpeg2000 jpg" ] || fail "render -f jp<Tab>: $(completions vantel render -f jp)"
+[ "$(completions vantel render '')" = a.aspectratio ] || fail "render <Tab>: $(completions vantel render '')"
+
+for shell in zsh fish; do
+  if command -v $shell > /dev/null; then
+    $shell -n "$source_dir/completions/$([ $shell = zsh ] && echo _vantel || echo vantel.fish)" \
+      || fail "$shell cannot read its completion script"
+  fi
+done
+echo "manual and completions: ok"
