@@ -33,13 +33,13 @@ _vantel() {
             COMPREPLY=($(compgen -f -- "$cur"))
             return
             ;;
-        -j | --jobs | -s | --size) return ;;
+        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         local options="--help"
         case $command in
-            render) options+=" --output --out-dir --format --jobs" ;;
+            render) options+=" --output --out-dir --format --width --height --zoom --stretch --jobs" ;;
             thumbnail) options+=" --size" ;;
             new) options+=" --output --preset --binary --force" ;;
         esac

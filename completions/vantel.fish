@@ -18,6 +18,10 @@ complete -c vantel -n "__fish_seen_subcommand_from render thumbnail info validat
 complete -c vantel -n "__fish_seen_subcommand_from render" -s o -l output -r -F -d 'The output file, for one document'
 complete -c vantel -n "__fish_seen_subcommand_from render" -l out-dir -r -a "(__fish_complete_directories)" -d 'The folder to write outputs into'
 complete -c vantel -n "__fish_seen_subcommand_from render" -s f -l format -x -a "$formats" -d 'The output format'
+complete -c vantel -n "__fish_seen_subcommand_from render" -s w -l width -x -d 'The output width'
+complete -c vantel -n "__fish_seen_subcommand_from render" -l height -x -d 'The output height'
+complete -c vantel -n "__fish_seen_subcommand_from render" -s z -l zoom -x -d 'Scale the canvas by this factor'
+complete -c vantel -n "__fish_seen_subcommand_from render" -l stretch -d 'Fill --width x --height exactly'
 complete -c vantel -n "__fish_seen_subcommand_from render" -s j -l jobs -x -d 'Documents rendered at once'
 
 complete -c vantel -n "__fish_seen_subcommand_from thumbnail" -s s -l size -x -d 'Longer side of the thumbnail in pixels'

@@ -28,6 +28,7 @@ struct RenderOptions {
     std::string outDir;
     std::string format;
     unsigned jobs = 0;  // 0: one per core
+    SizeRequest size;
 };
 
 struct RenderJob {
@@ -93,13 +94,13 @@ unsigned threadCount(const RenderOptions& options, std::size_t jobs) {
 
 // Renders every job on up to `threads` workers taking the next job in turn.
 // Each document is read, laid out and drawn on the worker that took it.
-ExitCode renderAll(const std::vector<RenderJob>& jobs, const OutputFormat& format, unsigned threads,
-                   BatchProgress& progress) {
+ExitCode renderAll(const std::vector<RenderJob>& jobs, const RenderOptions& options, const OutputFormat& format,
+                   unsigned threads, BatchProgress& progress) {
     std::atomic<std::size_t> next{0};
     std::vector<ExitCode> codes(jobs.size(), ExitCode::ok);
     auto work = [&] {
         for (std::size_t i = next++; i < jobs.size(); i = next++) {
-            RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format);
+            RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format, options.size);
             codes[i] = outcome.code;
             if (outcome.ok()) {
                 progress.succeeded();
@@ -133,16 +134,17 @@ ExitCode makeFolder(const std::string& folder) {
 
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
+    checkSizeRequest(options.size);
     const OutputFormat format = chosenFormat(options);
     const std::vector<RenderJob> jobs = plannedJobs(options, format);
     if (!options.output.empty()) {
-        RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format);
+        RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format, options.size);
         reportProblems(outcome.problems);
         return outcome.code;
     }
     if (ExitCode made = makeFolder(options.outDir); made != ExitCode::ok) return made;
     BatchProgress progress(jobs.size(), BatchProgress::standardErrorIsTerminal(), std::cout, std::cerr);
-    ExitCode result = renderAll(jobs, format, threadCount(options, jobs.size()), progress);
+    ExitCode result = renderAll(jobs, options, format, threadCount(options, jobs.size()), progress);
     progress.finish();
     return result;
 }
@@ -154,6 +156,11 @@ const char* const renderFooter =
     "file untouched. With --out-dir, each output is DIR/<name of FILE without "
     "its extension>.<format>; documents render in parallel, one line is printed "
     "per failed file and a summary at the end.\n"
+    "Sizes: by default the output has the canvas's size. With --width or "
+    "--height alone the other side follows the canvas's aspect; with both the "
+    "picture is fitted inside W x H, or fills it with --stretch. The drawing is "
+    "scaled as a whole: bitmaps get that many pixels, PDF pages that many "
+    "points, still vector.\n"
     "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage, "
     "3 an input or output file could not be read or written (the most serious "
     "one when several files failed).";
@@ -173,18 +180,34 @@ void addOutputOptions(CLI::App& command, RenderOptions& options) {
         ->group("Output");
 }
 
+// A side or zoom is only set when given, so that 0 is refused, not ignored.
+void addSizeOptions(CLI::App& command, RenderOptions& options) {
+    auto optional = [&command](const char* names, std::optional<double>& value, const char* text, const char* unit) {
+        command.add_option_function<double>(names, [&value](double given) { value = given; }, text)
+            ->option_text(unit)
+            ->group("Size");
+    };
+    optional("-w,--width", options.size.width, "the output's width (pixels; points for PDF)", "W");
+    optional("--height", options.size.height, "the output's height (pixels; points for PDF)", "H");
+    optional("-z,--zoom", options.size.zoom, "scale the canvas by this factor", "Z");
+    command.add_flag("--stretch", options.size.stretch,
+                     "with both --width and --height, fill them exactly instead of keeping the aspect")
+        ->group("Size");
+}
+
 CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* sub =
         app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF");
-    setUsageForms(sub, {"vantel render FILE -o OUT [--format FORMAT]",
+    setUsageForms(sub, {"vantel render FILE -o OUT [--format FORMAT] [--width W] [--height H] [--zoom Z]",
                         "vantel render FILE... --out-dir DIR [--format FORMAT] [--jobs N]"});
     sub->footer(renderFooter);
-    sub->add_option("files", options->inputs, "overlay documents (.aspectratio)")
+    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio)")
         ->required()
         ->option_text("FILE...")
         ->group("Input");
     addOutputOptions(*sub, *options);
+    addSizeOptions(*sub, *options);
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
         ->check(CLI::Range(1u, 1024u))
         ->option_text("N")

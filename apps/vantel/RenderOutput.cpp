@@ -8,6 +8,8 @@
 #include <Platform/FileIO.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 
+#include <Graphics2/Size.hpp>
+
 #include <memory>
 #include <new>
 
@@ -34,18 +36,30 @@ std::string fileErrorText(const std::filesystem::filesystem_error& error) {
 
 }  // namespace
 
-Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format) {
+Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
+                    const SizeRequest& size) {
     if (format.isPDF()) {
-        // The preview's vector reply, drawn on a page of its context size.
+        // The preview's vector reply, drawn on a page of the size asked for.
         QLPreviewReply reply = PreviewProvider::previewReply(document);
-        return drawPDF(reply.contextSize, [&reply](CGContext& context) { reply.draw(context); });
+        CGSize canvas = reply.contextSize;
+        CGSize page = requestedSize(canvas, size);
+        return drawPDF(page, [&](CGContext& context) {
+            context.scaleCTM(page.width / canvas.width, page.height / canvas.height);
+            reply.draw(context);
+        });
     }
-    CoreGraphicsRenderer renderer(*document);
+    if (size.keepsCanvasSize()) return CoreGraphicsRenderer(*document).render(*format.bitmapType);
+    CGSize canvas{document->size().width, document->size().height};
+    CGSize pixels = requestedPixelSize(canvas, size);
+    CoreGraphicsRenderer renderer(static_cast<std::int64_t>(pixels.width), static_cast<std::int64_t>(pixels.height),
+                                  nullptr, false);
+    renderer.context().scaleCTM(pixels.width / canvas.width, pixels.height / canvas.height);
+    renderer.addShape(document->body());
     return renderer.render(*format.bitmapType);
 }
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format) {
+                         const OutputFormat& format, const SizeRequest& size) {
     LoadedDocument loaded;
     try {
         loaded = loadDocument(input);
@@ -55,7 +69,7 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
     Data bytes;
     try {
-        bytes = encodeDocument(std::make_shared<const OverlayGen>(std::move(*loaded.document)), format);
+        bytes = encodeDocument(std::make_shared<const OverlayGen>(std::move(*loaded.document)), format, size);
     } catch (const RenderError& error) {
         return failure(ExitCode::badDocument, input.string() + ": cannot render: " + renderErrorText(error));
     } catch (const std::bad_alloc&) {

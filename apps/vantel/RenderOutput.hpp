@@ -7,6 +7,7 @@
 
 #include "CommandRegistry.hpp"
 #include "OutputFormat.hpp"
+#include "OutputSize.hpp"
 
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <Platform/Data.hpp>
@@ -26,11 +27,12 @@ struct RenderOutcome {
 };
 
 // The whole file in memory: a bitmap image, or a one-page vector PDF of the
-// canvas. Throws RenderError or std::bad_alloc.
-Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format);
+// canvas, at the size asked for. Throws RenderError or std::bad_alloc.
+Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
+                    const SizeRequest& size = {});
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format);
+                         const OutputFormat& format, const SizeRequest& size = {});
 
 }  // namespace vantel::cli

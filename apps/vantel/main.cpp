@@ -74,8 +74,10 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        int code = app.exit(error);
-        return code == 0 ? 0 : static_cast<int>(ExitCode::badUsage);
+        if (error.get_exit_code() == 0) return app.exit(error);  // --help, --version
+        // One line, as for every other failure; --help is where the rest is.
+        std::cerr << "vantel: " << error.what() << "\n";
+        return static_cast<int>(ExitCode::badUsage);
     }
     if (app.get_subcommands().empty()) std::cout << app.help();
     return static_cast<int>(result);
