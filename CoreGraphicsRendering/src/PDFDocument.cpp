@@ -8,7 +8,11 @@
 #include <cairo-pdf.h>
 #include <cairo.h>
 
+#include <cerrno>
 #include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <string>
 #include <cstdint>
 #include <memory>
 
@@ -76,20 +80,49 @@ void checkSurface(cairo_surface_t* surface) {
     if (status != CAIRO_STATUS_SUCCESS) throw CairoError(status);
 }
 
+// SOURCE_DATE_EPOCH as an ISO 8601 date, or "" (which leaves the date out)
+// when it is unset or not a number of seconds.
+std::string reproducibleDate() {
+    const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
+    if (epoch == nullptr) return "";
+    char* end = nullptr;
+    errno = 0;
+    long long seconds = std::strtoll(epoch, &end, 10);
+    if (errno != 0 || end == epoch || *end != '\0' || seconds < 0) return "";
+    std::time_t time = static_cast<std::time_t>(seconds);
+    std::tm utc{};
+    if (gmtime_r(&time, &utc) == nullptr) return "";
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return text;
+}
+
 }  // namespace
 
 Data drawPDF(CGSize pageSize, const std::function<void(CGContext&)>& draw) {
-    checkPageSize(pageSize);
+    return drawPDF(std::vector<PDFPage>{{pageSize, draw}});
+}
+
+Data drawPDF(const std::vector<PDFPage>& pages) {
+    if (pages.empty()) throw RenderError::dimensionIsZero(0, 0);
+    for (const PDFPage& page : pages) checkPageSize(page.size);
     Data data;
-    std::unique_ptr<cairo_surface_t, SurfaceRelease> surface(
-        cairo_pdf_surface_create_for_stream(appendToData, &data, pageSize.width, pageSize.height));
+    std::unique_ptr<cairo_surface_t, SurfaceRelease> surface(cairo_pdf_surface_create_for_stream(
+        appendToData, &data, pages.front().size.width, pages.front().size.height));
     checkSurface(surface.get());
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATOR, "Vantel");
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, reproducibleDate().c_str());
     {
         CairoContext cairo = CairoContext::onSurface(surface.get());
-        PDFPageContext page(cairo);
-        draw(page);
-        cairo.checkStatus();
+        for (const PDFPage& page : pages) {
+            cairo_pdf_surface_set_size(surface.get(), page.size.width, page.size.height);
+            cairo.saveGState();
+            PDFPageContext context(cairo);
+            page.draw(context);
+            cairo.restoreGState();
+            cairo.checkStatus();
+            cairo_show_page(cairo.cairo());
+        }
     }
     cairo_surface_finish(surface.get());
     checkSurface(surface.get());

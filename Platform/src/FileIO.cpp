@@ -157,4 +157,14 @@ void writeDataInPlaceLocked(const Data& data, const std::filesystem::path& path)
     closeChecked(file, path);
 }
 
+bool writeToStandardOutput(const Data& data) {
+    try {
+        writeAll(STDOUT_FILENO, data, "stdout");
+    } catch (const std::filesystem::filesystem_error& error) {
+        if (error.code() == std::errc::broken_pipe) return false;
+        throw;
+    }
+    return true;
+}
+
 }  // namespace vantel

@@ -42,7 +42,7 @@ OutputFormat chosenFormat(const RenderOptions& options) {
         throw CLI::ValidationError("--format", "unknown format '" + options.format +
                                                    "'; choose one of " + OutputFormat::namesText());
     }
-    if (options.output.empty()) return *OutputFormat::named("png");
+    if (options.output.empty() || options.output == standardStream) return *OutputFormat::named("png");
     if (auto format = OutputFormat::forFile(options.output)) return *format;
     throw CLI::ValidationError("-o", "cannot tell the format from '" + options.output +
                                          "'; end the name in one of " + OutputFormat::namesText() +
@@ -53,13 +53,24 @@ void checkOutputNaming(const RenderOptions& options) {
     if (options.output.empty() && options.outDir.empty()) {
         throw CLI::ValidationError("name the output with -o FILE, or a folder for several with --out-dir DIR");
     }
-    if (!options.output.empty() && options.inputs.size() != 1) {
-        throw CLI::ValidationError("-o", "names one output for one document; use --out-dir DIR for several");
+}
+
+// Several documents go to one file only as the pages of a PDF, and standard
+// output takes one document.
+void checkOneOutputForMany(const RenderOptions& options, const OutputFormat& format) {
+    if (options.output == standardStream && options.inputs.size() > 1) {
+        throw CLI::ValidationError("-o", "- writes one document to standard output; give one FILE");
+    }
+    if (!options.output.empty() && options.inputs.size() > 1 && !format.isPDF()) {
+        throw CLI::ValidationError("-o", "names one " + format.extension +
+                                             " for one document; use --out-dir DIR for several, or a .pdf "
+                                             "for a page each");
     }
 }
 
 // A document must never be replaced by its own rendering.
 void refuseOverwritingInput(const RenderJob& job) {
+    if (job.output == standardStream) return;
     std::error_code error;
     if (fs::equivalent(job.input, job.output, error)) {
         throw CLI::ValidationError(job.output.string() + ": is the document being rendered; choose another output");
@@ -132,10 +143,20 @@ ExitCode makeFolder(const std::string& folder) {
     return ExitCode::ok;
 }
 
+ExitCode renderPages(const RenderOptions& options) {
+    std::vector<fs::path> inputs(options.inputs.begin(), options.inputs.end());
+    for (const fs::path& input : inputs) refuseOverwritingInput({input, options.output});
+    RenderOutcome outcome = renderPDFPages(inputs, options.output, options.size);
+    reportProblems(outcome.problems);
+    return outcome.code;
+}
+
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     checkSizeRequest(options.size);
     const OutputFormat format = chosenFormat(options);
+    checkOneOutputForMany(options, format);
+    if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options);
     const std::vector<RenderJob> jobs = plannedJobs(options, format);
     if (!options.output.empty()) {
         RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format, options.size);
@@ -155,7 +176,8 @@ const char* const renderFooter =
     "the target and renamed into place, so a failed render leaves an earlier "
     "file untouched. With --out-dir, each output is DIR/<name of FILE without "
     "its extension>.<format>; documents render in parallel, one line is printed "
-    "per failed file and a summary at the end.\n"
+    "per failed file and a summary at the end. With several documents and one "
+    "PDF output, each document is a page of it, in the order given.\n"
     "Sizes: by default the output has the canvas's size. With --width or "
     "--height alone the other side follows the canvas's aspect; with both the "
     "picture is fitted inside W x H, or fills it with --stretch. The drawing is "
@@ -166,7 +188,7 @@ const char* const renderFooter =
     "one when several files failed).";
 
 void addOutputOptions(CLI::App& command, RenderOptions& options) {
-    auto* output = command.add_option("-o,--output", options.output, "the output file, for one document")
+    auto* output = command.add_option("-o,--output", options.output, "the output file: one document, or a PDF of several")
                        ->option_text("FILE")
                        ->group("Output");
     auto* outDir = command.add_option("--out-dir", options.outDir, "the folder to write outputs into (made if missing)")
@@ -200,6 +222,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     CLI::App* sub =
         app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF");
     setUsageForms(sub, {"vantel render FILE -o OUT [--format FORMAT] [--width W] [--height H] [--zoom Z]",
+                        "vantel render FILE... -o OUT.pdf",
                         "vantel render FILE... --out-dir DIR [--format FORMAT] [--jobs N]"});
     sub->footer(renderFooter);
     sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio)")

@@ -9,6 +9,7 @@
 #include <VantelPreview/PreviewProvider.hpp>
 
 #include <Graphics2/Size.hpp>
+#include <VantelPreview/QLPreviewReply.hpp>
 
 #include <memory>
 #include <new>
@@ -36,53 +37,102 @@ std::string fileErrorText(const std::filesystem::filesystem_error& error) {
 
 }  // namespace
 
-Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
-                    const SizeRequest& size) {
-    if (format.isPDF()) {
-        // The preview's vector reply, drawn on a page of the size asked for.
-        QLPreviewReply reply = PreviewProvider::previewReply(document);
-        CGSize canvas = reply.contextSize;
-        CGSize page = requestedSize(canvas, size);
-        return drawPDF(page, [&](CGContext& context) {
-            context.scaleCTM(page.width / canvas.width, page.height / canvas.height);
-            reply.draw(context);
-        });
-    }
-    if (size.keepsCanvasSize()) return CoreGraphicsRenderer(*document).render(*format.bitmapType);
-    CGSize canvas{document->size().width, document->size().height};
+namespace {
+
+// The preview's vector reply for the document, drawn on a page of the size
+// asked for.
+PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequest& size) {
+    auto reply = std::make_shared<QLPreviewReply>(PreviewProvider::previewReply(document));
+    CGSize canvas = reply->contextSize;
+    CGSize page = requestedSize(canvas, size);
+    return {page, [reply, canvas, page](CGContext& context) {
+                context.scaleCTM(page.width / canvas.width, page.height / canvas.height);
+                reply->draw(context);
+            }};
+}
+
+Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const SizeRequest& size) {
+    if (size.keepsCanvasSize()) return CoreGraphicsRenderer(document).render(type);
+    CGSize canvas{document.size().width, document.size().height};
     CGSize pixels = requestedPixelSize(canvas, size);
     CoreGraphicsRenderer renderer(static_cast<std::int64_t>(pixels.width), static_cast<std::int64_t>(pixels.height),
                                   nullptr, false);
     renderer.context().scaleCTM(pixels.width / canvas.width, pixels.height / canvas.height);
-    renderer.addShape(document->body());
-    return renderer.render(*format.bitmapType);
+    renderer.addShape(document.body());
+    return renderer.render(type);
 }
 
-RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format, const SizeRequest& size) {
-    LoadedDocument loaded;
-    try {
-        loaded = loadDocument(input);
-    } catch (const std::exception& error) {  // out of memory while decoding, say: this file only
-        return failure(ExitCode::badDocument, input.string() + ": cannot read: " + error.what());
-    }
-    if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
+// Encodes with `encode`, turning what it throws into the file's lines.
+template <typename Encode>
+RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::path& output, Encode encode) {
     Data bytes;
     try {
-        bytes = encodeDocument(std::make_shared<const OverlayGen>(std::move(*loaded.document)), format, size);
+        bytes = encode();
     } catch (const RenderError& error) {
-        return failure(ExitCode::badDocument, input.string() + ": cannot render: " + renderErrorText(error));
+        return failure(ExitCode::badDocument, name + ": cannot render: " + renderErrorText(error));
     } catch (const std::bad_alloc&) {
-        return failure(ExitCode::badDocument, input.string() + ": cannot render: not enough memory");
+        return failure(ExitCode::badDocument, name + ": cannot render: not enough memory");
     } catch (const std::exception& error) {
-        return failure(ExitCode::badDocument, input.string() + ": cannot render: " + error.what());
+        return failure(ExitCode::badDocument, name + ": cannot render: " + error.what());
     }
     try {
-        writeDataAtomically(bytes, output);
+        if (output != standardStream) {
+            writeDataAtomically(bytes, output);
+        } else if (!writeToStandardOutput(bytes)) {
+            return {ExitCode::ioFailure, {}};  // the reader stopped reading: nothing to say
+        }
     } catch (const std::filesystem::filesystem_error& error) {
         return failure(ExitCode::ioFailure, output.string() + ": cannot write: " + fileErrorText(error));
     }
     return {};
+}
+
+LoadedDocument loadSafely(const std::filesystem::path& input) {
+    try {
+        return loadDocument(input);
+    } catch (const std::exception& error) {  // out of memory while decoding, say: this file only
+        LoadedDocument failed;
+        failed.failure = ExitCode::badDocument;
+        failed.problems = {input.string() + ": cannot read: " + error.what()};
+        return failed;
+    }
+}
+
+}  // namespace
+
+Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
+                    const SizeRequest& size) {
+    if (format.isPDF()) return drawPDF({pageOf(document, size)});
+    return encodeBitmap(*document, *format.bitmapType, size);
+}
+
+RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
+                             const SizeRequest& size) {
+    std::vector<std::shared_ptr<const OverlayGen>> documents;
+    RenderOutcome outcome;
+    for (const std::filesystem::path& input : inputs) {
+        LoadedDocument loaded = loadSafely(input);
+        if (!loaded.ok()) {
+            outcome.code = worse(outcome.code, loaded.failure);
+            outcome.problems.insert(outcome.problems.end(), loaded.problems.begin(), loaded.problems.end());
+            continue;
+        }
+        documents.push_back(std::make_shared<const OverlayGen>(std::move(*loaded.document)));
+    }
+    if (!outcome.ok()) return outcome;
+    return encodeAndWrite(output.string(), output, [&] {
+        std::vector<PDFPage> pages;
+        for (const auto& document : documents) pages.push_back(pageOf(document, size));
+        return drawPDF(pages);
+    });
+}
+
+RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
+                         const OutputFormat& format, const SizeRequest& size) {
+    LoadedDocument loaded = loadSafely(input);
+    if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
+    auto document = std::make_shared<const OverlayGen>(std::move(*loaded.document));
+    return encodeAndWrite(input.string(), output, [&] { return encodeDocument(document, format, size); });
 }
 
 }  // namespace vantel::cli

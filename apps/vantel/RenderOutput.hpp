@@ -19,6 +19,9 @@
 
 namespace vantel::cli {
 
+// The name of standard input as an input, and of standard output as -o.
+inline const std::filesystem::path standardStream = "-";
+
 struct RenderOutcome {
     ExitCode code = ExitCode::ok;
     std::vector<std::string> problems;  // one line each, naming the file
@@ -30,6 +33,12 @@ struct RenderOutcome {
 // canvas, at the size asked for. Throws RenderError or std::bad_alloc.
 Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
                     const SizeRequest& size = {});
+
+// Several documents as one PDF, a page each in order, each page its own
+// canvas's size (or the size asked for). Every document is read and checked
+// before anything is written; a bad one fails the whole file. Never throws.
+RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
+                             const SizeRequest& size = {});
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,

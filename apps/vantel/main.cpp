@@ -4,6 +4,7 @@
 #include <CoreGraphicsRendering/DrawingLibraries.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <iostream>
 #include <map>
 
@@ -61,6 +62,9 @@ ExitCode worse(ExitCode a, ExitCode b) {
 
 int main(int argc, char** argv) {
     using namespace vantel::cli;
+    // A reader that closes the pipe early (`vantel render ... -o - | head`)
+    // ends the write with an error the command handles, not a signal.
+    std::signal(SIGPIPE, SIG_IGN);
     CLI::App app{"vantel: preview, render and check overlay documents"};
     app.formatter(makeHelpFormatter());
     app.set_version_flag("--version", versionText, "Print the version of vantel and its libraries");

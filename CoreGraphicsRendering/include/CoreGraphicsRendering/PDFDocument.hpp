@@ -4,6 +4,7 @@
 #include <Platform/Data.hpp>
 
 #include <functional>
+#include <vector>
 
 namespace vantel {
 
@@ -19,5 +20,17 @@ namespace vantel {
 // not finite stops the process. Exceptions from `draw` pass through; a cairo
 // failure throws CairoError.
 Data drawPDF(CGSize pageSize, const std::function<void(CGContext&)>& draw);
+
+// One page of a document of several: its size in points and its drawing.
+struct PDFPage {
+    CGSize size;
+    std::function<void(CGContext&)> draw;
+};
+
+// The pages in order, each of its own size, with the rules of drawPDF.
+// The file is the same bytes for the same drawing on every run: its creation
+// date is SOURCE_DATE_EPOCH when that is set (seconds since 1970, as
+// reproducible builds use it), and absent otherwise.
+Data drawPDF(const std::vector<PDFPage>& pages);
 
 }  // namespace vantel

@@ -33,4 +33,10 @@ void writeDataAtomically(const Data& data, const URL& url);
 // file is left empty, never holding a part.
 void writeDataInPlaceLocked(const Data& data, const std::filesystem::path& path);
 
+// Writes the bytes to standard output. False when the reader has gone (a
+// closed pipe: the caller ends quietly); other failures throw
+// std::filesystem::filesystem_error naming "stdout". SIGPIPE must be ignored
+// for a closed pipe to come back as false rather than end the process.
+bool writeToStandardOutput(const Data& data);
+
 }  // namespace vantel
