@@ -10,10 +10,7 @@
 // the full-size bitmap render runs only on small canvases.
 
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
-#include <OverlayGenerator/DocumentCheck.hpp>
-#include <OverlayGenerator/OverlayGen.hpp>
-#include <Platform/Coding.hpp>
-#include <Platform/PropertyList.hpp>
+#include <OverlayGenerator/DocumentLoading.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
@@ -21,7 +18,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <utility>
 
 namespace {
@@ -54,16 +50,12 @@ void renderFullSize(const OverlayGen& document) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::optional<OverlayGen> document;
-    try {
-        document.emplace(PropertyListDecoder().decode<OverlayGen>(Data(data, data + size)));
-    } catch (const DecodingError&) {
-        return 0;
-    }
-    if (!checkDocument(*document).empty()) return 0;
-    (void)document->description();
-    describeGuides(document->ratios(), document->size());
-    renderFullSize(*document);
-    drawThumbnailOf(std::make_shared<const OverlayGen>(std::move(*document)));
+    LoadedDocument loaded = loadDocument(DocumentSource::bytes(Data(data, data + size), "input"));
+    if (!loaded.ok()) return 0;
+    const OverlayGen& document = *loaded.document;
+    (void)document.description();
+    describeGuides(document.ratios(), document.size());
+    renderFullSize(document);
+    drawThumbnailOf(loaded.document);
     return 0;
 }

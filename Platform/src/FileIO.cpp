@@ -71,6 +71,32 @@ int createTemporaryBeside(const std::filesystem::path& target, std::filesystem::
     return -1;
 }
 
+// At most maximumBytes from the descriptor, to its end.
+Data readDescriptor(int fd, std::size_t maximumBytes, const std::filesystem::path& name) {
+    struct stat status {};
+    if (::fstat(fd, &status) != 0) throwFileError("cannot read file", name, errno);
+    Data data;
+    // The size is a hint only: files in /proc report 0, others may grow.
+    auto expected = static_cast<std::size_t>(status.st_size > 0 ? status.st_size : 0);
+    data.reserve(std::min(expected, maximumBytes));
+    constexpr std::size_t chunk = 1 << 16;
+    while (data.size() < maximumBytes) {
+        std::size_t used = data.size();
+        std::size_t room = data.capacity() > used ? data.capacity() - used : chunk;
+        room = std::min(room, maximumBytes - used);
+        data.resize(used + room);
+        ssize_t count = ::read(fd, data.data() + used, room);
+        if (count < 0) {
+            data.resize(used);
+            if (errno == EINTR) continue;
+            throwFileError("cannot read file", name, errno);
+        }
+        data.resize(used + static_cast<std::size_t>(count));
+        if (count == 0) break;
+    }
+    return data;
+}
+
 }  // namespace
 
 Data readData(const URL& url) { return readData(url.path()); }
@@ -82,29 +108,10 @@ Data readData(const std::filesystem::path& path) {
 Data readData(const std::filesystem::path& path, std::size_t maximumBytes) {
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (file.get() < 0) throwFileError("cannot read file", path, errno);
-    struct stat status {};
-    if (::fstat(file.get(), &status) != 0) throwFileError("cannot read file", path, errno);
-    Data data;
-    // The size is a hint only: files in /proc report 0, others may grow.
-    auto expected = static_cast<std::size_t>(status.st_size > 0 ? status.st_size : 0);
-    data.reserve(std::min(expected, maximumBytes));
-    constexpr std::size_t chunk = 1 << 16;
-    while (data.size() < maximumBytes) {
-        std::size_t used = data.size();
-        std::size_t room = data.capacity() > used ? data.capacity() - used : chunk;
-        room = std::min(room, maximumBytes - used);
-        data.resize(used + room);
-        ssize_t count = ::read(file.get(), data.data() + used, room);
-        if (count < 0) {
-            data.resize(used);
-            if (errno == EINTR) continue;
-            throwFileError("cannot read file", path, errno);
-        }
-        data.resize(used + static_cast<std::size_t>(count));
-        if (count == 0) break;
-    }
-    return data;
+    return readDescriptor(file.get(), maximumBytes, path);
 }
+
+Data readStandardInput(std::size_t maximumBytes) { return readDescriptor(STDIN_FILENO, maximumBytes, "stdin"); }
 
 void writeData(const Data& data, const URL& url) { writeData(data, url.path()); }
 

@@ -1,10 +1,8 @@
 #include <VantelPreview/PreviewProvider.hpp>
 
 #include <Graphics2/SketchDrawing.hpp>
-#include <OverlayGenerator/OverlayGen.hpp>
+#include <OverlayGenerator/DocumentLoading.hpp>
 #include <Platform/Fatal.hpp>
-#include <Platform/PropertyList.hpp>
-#include <ZBExtensions/CoderFiles.hpp>
 
 #include <chrono>
 #include <memory>
@@ -22,7 +20,9 @@ PreviewProvider::~PreviewProvider() {
 }
 
 QLPreviewReply PreviewProvider::reply(const QLFilePreviewRequest& request) {
-    return previewReply(std::make_shared<const OverlayGen>(decode<OverlayGen>(PropertyListDecoder(), request.fileURL)));
+    LoadedDocument loaded = loadDocument(DocumentSource::url(request.fileURL));
+    if (!loaded.ok()) std::rethrow_exception(loaded.error);
+    return previewReply(std::move(loaded.document));
 }
 
 QLPreviewReply PreviewProvider::previewReply(std::shared_ptr<const OverlayGen> document) {

@@ -1,30 +1,33 @@
 #pragma once
 
-// Reading a document the way every command does: read the file, decode the
-// overlay, check that it can be drawn. Whatever goes wrong becomes one line
-// per problem, "FILE: what", never a crash.
+// The command's side of reading a document: an argument names a file, or
+// standard input as "-"; the library's loadDocument reads, decodes and checks
+// it, and this turns what went wrong into the command's lines, "NAME: what",
+// and exit code.
 
 #include "CommandRegistry.hpp"
 
-#include <OverlayGenerator/OverlayGen.hpp>
+#include <OverlayGenerator/DocumentLoading.hpp>
 
-#include <filesystem>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace vantel::cli {
 
-struct LoadedDocument {
-    std::optional<OverlayGen> document;  // present when it can be drawn
-    ExitCode failure = ExitCode::ok;     // why not, when absent
-    std::vector<std::string> problems;   // one line each, naming the file
+struct CommandDocument {
+    std::shared_ptr<const OverlayGen> document;  // present when it can be drawn
+    ExitCode failure = ExitCode::ok;             // why not, when absent
+    std::vector<std::string> problems;           // one line each, naming the input
 
-    bool ok() const { return document.has_value(); }
+    bool ok() const { return document != nullptr; }
 };
 
+// "-" is standard input, named "stdin" in messages.
+DocumentSource documentSource(const std::string& argument);
+
 // `checks` false only decodes (for commands that describe bad documents too).
-LoadedDocument loadDocument(const std::filesystem::path& file, bool checks = true);
+CommandDocument readDocument(const DocumentSource& source, bool checks = true);
 
 // Prints each line on standard error.
 void reportProblems(const std::vector<std::string>& lines);

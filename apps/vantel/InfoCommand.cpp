@@ -82,12 +82,13 @@ void printDocument(std::ostream& out, const std::string& file, const OverlayGen&
 }
 
 ExitCode runInfo(const std::string& file) {
-    LoadedDocument loaded = loadDocument(file);
+    DocumentSource source = documentSource(file);
+    CommandDocument loaded = readDocument(source);
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
-    printDocument(std::cout, file, *loaded.document);
+    printDocument(std::cout, source.name(), *loaded.document);
     return ExitCode::ok;
 }
 

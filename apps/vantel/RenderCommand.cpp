@@ -8,6 +8,7 @@
 #include "OutputFormat.hpp"
 #include "RenderOutput.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <iostream>
@@ -58,6 +59,9 @@ void checkOutputNaming(const RenderOptions& options) {
 // Several documents go to one file only as the pages of a PDF, and standard
 // output takes one document.
 void checkOneOutputForMany(const RenderOptions& options, const OutputFormat& format) {
+    if (std::count(options.inputs.begin(), options.inputs.end(), standardStream.string()) > 1) {
+        throw CLI::ValidationError("FILE", "- (standard input) can be given once");
+    }
     if (options.output == standardStream && options.inputs.size() > 1) {
         throw CLI::ValidationError("-o", "- writes one document to standard output; give one FILE");
     }
@@ -84,7 +88,7 @@ std::vector<RenderJob> plannedJobs(const RenderOptions& options, const OutputFor
     } else {
         std::map<fs::path, fs::path> writers;  // output -> input
         for (const std::string& input : options.inputs) {
-            fs::path output = fs::path(options.outDir) / fs::path(input).stem();
+            fs::path output = fs::path(options.outDir) / (input == standardStream ? fs::path("stdin") : fs::path(input).stem());
             output += "." + format.extension;
             auto [entry, added] = writers.emplace(output.lexically_normal(), input);
             if (!added) {

@@ -87,17 +87,6 @@ RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::pat
     return {};
 }
 
-LoadedDocument loadSafely(const std::filesystem::path& input) {
-    try {
-        return loadDocument(input);
-    } catch (const std::exception& error) {  // out of memory while decoding, say: this file only
-        LoadedDocument failed;
-        failed.failure = ExitCode::badDocument;
-        failed.problems = {input.string() + ": cannot read: " + error.what()};
-        return failed;
-    }
-}
-
 }  // namespace
 
 Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
@@ -111,13 +100,13 @@ RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, c
     std::vector<std::shared_ptr<const OverlayGen>> documents;
     RenderOutcome outcome;
     for (const std::filesystem::path& input : inputs) {
-        LoadedDocument loaded = loadSafely(input);
+        CommandDocument loaded = readDocument(documentSource(input));
         if (!loaded.ok()) {
             outcome.code = worse(outcome.code, loaded.failure);
             outcome.problems.insert(outcome.problems.end(), loaded.problems.begin(), loaded.problems.end());
             continue;
         }
-        documents.push_back(std::make_shared<const OverlayGen>(std::move(*loaded.document)));
+        documents.push_back(std::move(loaded.document));
     }
     if (!outcome.ok()) return outcome;
     return encodeAndWrite(output.string(), output, [&] {
@@ -129,10 +118,10 @@ RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, c
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
                          const OutputFormat& format, const SizeRequest& size) {
-    LoadedDocument loaded = loadSafely(input);
+    DocumentSource source = documentSource(input);
+    CommandDocument loaded = readDocument(source);
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
-    auto document = std::make_shared<const OverlayGen>(std::move(*loaded.document));
-    return encodeAndWrite(input.string(), output, [&] { return encodeDocument(document, format, size); });
+    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, size); });
 }
 
 }  // namespace vantel::cli

@@ -50,10 +50,10 @@ std::optional<std::filesystem::path> inputPath(const std::string& input) {
 // The thumbnail as PNG data, or the line saying why there is none. The
 // provider answers for the document this command read and checked, not for
 // a second read of the file, which may have changed since.
-std::optional<Data> drawDocument(const std::filesystem::path& file, OverlayGen document, int size,
-                                 std::string& failure) {
+std::optional<Data> drawDocument(const std::filesystem::path& file, std::shared_ptr<const OverlayGen> document,
+                                 int size, std::string& failure) {
     try {
-        QLPreviewReply reply = PreviewProvider::previewReply(std::make_shared<const OverlayGen>(std::move(document)));
+        QLPreviewReply reply = PreviewProvider::previewReply(std::move(document));
         return thumbnailPNG(reply, size);
     } catch (const std::exception& error) {
         failure = file.string() + ": cannot draw: " + error.what();
@@ -69,13 +69,13 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
     }
     // Checked first, so that a document the libraries would refuse to draw
     // never reaches them.
-    LoadedDocument loaded = loadDocument(*file);
+    CommandDocument loaded = readDocument(DocumentSource::file(*file));
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
     std::string failure;
-    std::optional<Data> png = drawDocument(*file, std::move(*loaded.document), options.size, failure);
+    std::optional<Data> png = drawDocument(*file, std::move(loaded.document), options.size, failure);
     if (!png) {
         std::cerr << failure << '\n';
         return ExitCode::badDocument;

@@ -14,7 +14,7 @@ namespace {
 ExitCode runValidate(const std::vector<std::string>& files) {
     ExitCode result = ExitCode::ok;
     for (const std::string& file : files) {
-        LoadedDocument loaded = loadDocument(file);
+        CommandDocument loaded = readDocument(documentSource(file));
         if (loaded.ok()) {
             std::cout << file << ": ok\n";
         } else {

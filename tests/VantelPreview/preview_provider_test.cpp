@@ -1,6 +1,7 @@
 #include <VantelPreview/PreviewProvider.hpp>
 
 #include <Graphics2/SketchDrawing.hpp>
+#include <OverlayGenerator/DocumentLoading.hpp>
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/PropertyList.hpp>
@@ -127,6 +128,29 @@ TEST(PreviewProviderTest, ReadAndDecodingErrorsReachTheHandlerUnchangedWithNoRep
         EXPECT_EQ(caught<DecodingError>(bad.error), expected) << bytes;
         EXPECT_THROW(PreviewProvider().providePreview(requestFor(folder / "bad.aspectratio")).get(), DecodingError);
     }
+}
+
+// Documents that would stop the process on drawing, and inputs without end,
+// come back as errors: a library caller cannot end its host with a file.
+TEST(PreviewProviderTest, UndrawableAndEndlessInputsAreErrorsNotStops) {
+    TemporaryFolder folder;
+    // A 1:1 guide fits 280 x 280 on this canvas; a stroke as wide leaves a
+    // grid nothing to divide.
+    AspectRatio zeroStep(1, 1, Color::orange(), Color::clear(), 280, GridType::divisor(3), GridType::none(),
+                         std::nullopt);
+    writeData(PropertyListEncoder().encode(OverlayGen(400, 300, 10, Color::navy(), {zeroStep})),
+              folder / "zero-step.aspectratio");
+    Outcome undrawable;
+    request(folder / "zero-step.aspectratio", undrawable);
+    EXPECT_EQ(undrawable.calls, 1);
+    EXPECT_FALSE(undrawable.reply.has_value());
+    auto error = caught<UndrawableDocumentError>(undrawable.error);
+    ASSERT_EQ(error.problems.size(), 1u);
+    EXPECT_EQ(error.problems[0].path, "ratios[0].rowType");
+
+    Outcome endless;
+    request("/dev/zero", endless);
+    EXPECT_EQ(caught<std::filesystem::filesystem_error>(endless.error).code(), std::errc::file_too_large);
 }
 
 TEST(PreviewProviderDeathTest, HandlerThatThrowsStopsTheProcess) {

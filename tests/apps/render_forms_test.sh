@@ -1,6 +1,7 @@
 #!/bin/bash
-# The forms of `vantel render` that fit into pipes and collections: -o -
-# writes only the file to standard output, a closed pipe ends quietly,
+# The forms of `vantel render` that fit into pipes and collections: an input
+# of - is standard input (same limit, named stdin), -o - writes only the
+# file to standard output, a closed pipe ends quietly,
 # several documents make one PDF of a page each, and every format gives the
 # same bytes on every run (PDF dates from SOURCE_DATE_EPOCH).
 # shellcheck source=lib.sh
@@ -13,6 +14,14 @@ PORTRAIT="$EXAMPLES/portrait-binary.aspectratio"  # 1080 x 1350
 "$PYTHON" "$HERE/imagecheck.py" "$WORK/piped.png" png 1920 1080 || fail "-o - is not the PNG alone"
 "$VANTEL" render "$SAMPLE" -o - --format pdf --zoom 0.5 >"$WORK/piped.pdf" || fail "-o - --format pdf"
 "$PYTHON" "$HERE/imagecheck.py" "$WORK/piped.pdf" pdf 960 540 || fail "-o - --format pdf"
+
+# Standard input in, standard output out: the same picture as from the file.
+cat "$SAMPLE" | "$VANTEL" render - -o - --format png 2>"$WORK/stderr" | cmp -s - "$WORK/piped.png" ||
+  fail "cat doc | vantel render - -o - differs from rendering the file: $(cat "$WORK/stderr")"
+status=0
+head -c 9000000 /dev/zero | "$VANTEL" render - -o "$WORK/big.png" 2>"$WORK/stderr" || status=$?
+[ "$status" -eq 1 ] && [ ! -e "$WORK/big.png" ] || fail "9 MB on stdin: exit $status, or an output was written"
+grep -q "^stdin: .*8 MiB" "$WORK/stderr" || fail "9 MB on stdin: $(cat "$WORK/stderr")"
 
 status=0
 "$VANTEL" render "$SAMPLE" -o - --format tiff 2>"$WORK/stderr" | (exec 0<&-) || status=${PIPESTATUS[0]}

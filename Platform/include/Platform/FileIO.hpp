@@ -16,6 +16,9 @@ Data readData(const std::filesystem::path& path);
 // At most maximumBytes: the whole of a shorter file, the start of a longer
 // one. Reads a pipe or a device such as /dev/zero only that far.
 Data readData(const std::filesystem::path& path, std::size_t maximumBytes);
+// Standard input, to its end or maximumBytes, whichever comes first; errors
+// name "stdin".
+Data readStandardInput(std::size_t maximumBytes);
 
 // Creates or overwrites the file in place; the folder must exist.
 void writeData(const Data& data, const URL& url);

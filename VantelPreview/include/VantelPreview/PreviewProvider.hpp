@@ -31,7 +31,8 @@ public:
     PreviewProvider& operator=(const PreviewProvider&) = delete;
     ~PreviewProvider();
 
-    // The reply, or the read or decoding error unchanged, through the future.
+    // The reply, or the error of loadDocument (read, decoding, size limit or
+    // a document that cannot be drawn) through the future.
     std::future<QLPreviewReply> providePreview(const QLFilePreviewRequest& request) const;
 
     // Starts the work and returns at once. The handler is called exactly once,
@@ -48,9 +49,12 @@ public:
     static QLPreviewReply previewReply(std::shared_ptr<const OverlayGen> document);
 
 private:
-    // The work of one request: decodes the document at request.fileURL and
-    // builds the reply. Read and decoding errors
-    // (std::filesystem::filesystem_error, DecodingError) are thrown unchanged.
+    // The work of one request: loads and checks the document at
+    // request.fileURL and builds the reply. Read and decoding errors
+    // (std::filesystem::filesystem_error, DecodingError) are thrown
+    // unchanged; a file over the size limit is a filesystem_error
+    // (file_too_large) and a document that would stop drawing an
+    // UndrawableDocumentError, so no request can end the host.
     static QLPreviewReply reply(const QLFilePreviewRequest& request);
     void sweepFinishedTasks() const;
 

@@ -1,0 +1,80 @@
+#pragma once
+
+// The one way a document from outside comes in: from a file, a file URL,
+// standard input or bytes already in memory, read with a size bound,
+// decoded and checked. Every host (the command, the thumbnailer, the preview
+// provider, the fuzzer) goes through loadDocument, so a document that could
+// stop the process on drawing is refused in one place.
+
+#include <OverlayGenerator/DocumentCheck.hpp>
+#include <OverlayGenerator/OverlayGen.hpp>
+#include <Platform/Data.hpp>
+#include <Platform/URL.hpp>
+
+#include <cstddef>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vantel {
+
+// Documents are a few kilobytes; hundreds of guides stay below one megabyte.
+// Larger inputs are refused before they are decoded: decoding 100 MB takes
+// seconds and most of a gigabyte, and /dev/zero never ends.
+inline constexpr std::size_t maximumDocumentBytes = 8 << 20;
+
+// Where a document comes from, and the name messages give it.
+class DocumentSource {
+public:
+    static DocumentSource file(std::filesystem::path path);
+    static DocumentSource url(const URL& url);
+    static DocumentSource standardInput();  // named "stdin"
+    static DocumentSource bytes(Data data, std::string name);
+
+    const std::string& name() const { return name_; }
+
+private:
+    struct StandardInput {};
+    using Origin = std::variant<std::filesystem::path, StandardInput, Data>;
+    DocumentSource(Origin origin, std::string name) : origin_(std::move(origin)), name_(std::move(name)) {}
+
+    friend class DocumentReader;
+    Origin origin_;
+    std::string name_;
+};
+
+// What went wrong, from the host's point of view: it could not read the
+// input at all, or what it read is not a document it can draw.
+enum class DocumentFailure { none, unreadable, tooLarge, undecodable, undrawable };
+
+// A decoded document that cannot be drawn, as an error: its first problem is
+// the message, all of them are in `problems`.
+class UndrawableDocumentError : public std::runtime_error {
+public:
+    explicit UndrawableDocumentError(std::vector<DocumentProblem> problems);
+    std::vector<DocumentProblem> problems;
+};
+
+struct LoadedDocument {
+    std::shared_ptr<const OverlayGen> document;  // set when it passed
+    DocumentFailure failure = DocumentFailure::none;
+    // One line each, without the source's name: "cannot read: No such file
+    // or directory", "ratios[0].weight: ...".
+    std::vector<DocumentProblem> problems;
+    // The failure as thrown: std::filesystem::filesystem_error (unreadable,
+    // or file_too_large), DecodingError, or UndrawableDocumentError.
+    std::exception_ptr error;
+
+    bool ok() const { return document != nullptr; }
+};
+
+// Reads at most maximumDocumentBytes, decodes the property list and, unless
+// `check` is false (for describing a document that may be bad), checks that
+// it can be drawn. Never throws for bad input; std::bad_alloc passes through.
+LoadedDocument loadDocument(const DocumentSource& source, bool check = true);
+
+}  // namespace vantel

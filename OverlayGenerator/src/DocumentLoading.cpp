@@ -1,0 +1,94 @@
+#include <OverlayGenerator/DocumentLoading.hpp>
+
+#include <Platform/Coding.hpp>
+#include <Platform/FileIO.hpp>
+#include <Platform/PropertyList.hpp>
+
+#include <system_error>
+
+namespace vantel {
+
+DocumentSource DocumentSource::file(std::filesystem::path path) {
+    std::string name = path.string();
+    return {std::move(path), std::move(name)};
+}
+
+DocumentSource DocumentSource::url(const URL& url) { return file(url.path()); }
+
+DocumentSource DocumentSource::standardInput() { return {StandardInput{}, "stdin"}; }
+
+DocumentSource DocumentSource::bytes(Data data, std::string name) { return {std::move(data), std::move(name)}; }
+
+UndrawableDocumentError::UndrawableDocumentError(std::vector<DocumentProblem> problems)
+    : std::runtime_error(problems.empty() ? "the document cannot be drawn" : problems.front().text()),
+      problems(std::move(problems)) {}
+
+namespace {
+
+std::string readReason(const std::filesystem::filesystem_error& error) {
+    return "cannot read: " + (error.code() ? error.code().message() : std::string(error.what()));
+}
+
+LoadedDocument failed(DocumentFailure failure, std::vector<DocumentProblem> problems, std::exception_ptr error) {
+    LoadedDocument loaded;
+    loaded.failure = failure;
+    loaded.problems = std::move(problems);
+    loaded.error = std::move(error);
+    return loaded;
+}
+
+}  // namespace
+
+// Reads the source's bytes, one byte past the limit so that a larger input
+// is known to be larger.
+class DocumentReader {
+public:
+    static Data read(const DocumentSource& source) {
+        constexpr std::size_t limit = maximumDocumentBytes + 1;
+        if (const auto* data = std::get_if<Data>(&source.origin_)) {
+            return data->size() > limit ? Data(data->begin(), data->begin() + limit) : *data;
+        }
+        if (std::holds_alternative<DocumentSource::StandardInput>(source.origin_)) return readStandardInput(limit);
+        const auto& path = std::get<std::filesystem::path>(source.origin_);
+        if (std::filesystem::is_directory(path)) {
+            throw std::filesystem::filesystem_error("cannot read file", path,
+                                                    std::make_error_code(std::errc::is_a_directory));
+        }
+        return readData(path, limit);
+    }
+};
+
+LoadedDocument loadDocument(const DocumentSource& source, bool check) {
+    Data bytes;
+    try {
+        bytes = DocumentReader::read(source);
+    } catch (const std::filesystem::filesystem_error& error) {
+        return failed(DocumentFailure::unreadable, {{"", readReason(error)}}, std::current_exception());
+    }
+    if (bytes.size() > maximumDocumentBytes) {
+        std::string limit = std::to_string(maximumDocumentBytes >> 20) + " MiB";
+        auto error = std::filesystem::filesystem_error("larger than the limit of " + limit + " for a document",
+                                                       source.name(), std::make_error_code(std::errc::file_too_large));
+        return failed(DocumentFailure::tooLarge,
+                      {{"", "the file is larger than the limit of " + limit + " for an overlay document"}},
+                      std::make_exception_ptr(error));
+    }
+    std::shared_ptr<OverlayGen> document;
+    try {
+        document = std::make_shared<OverlayGen>(PropertyListDecoder().decode<OverlayGen>(bytes));
+    } catch (const DecodingError& error) {
+        return failed(DocumentFailure::undecodable, {{"", error.what()}}, std::current_exception());
+    }
+    if (check) {
+        std::vector<DocumentProblem> problems = checkDocument(*document);
+        if (!problems.empty()) {
+            auto error = std::make_exception_ptr(UndrawableDocumentError(problems));
+            return failed(DocumentFailure::undrawable, std::move(problems), error);
+        }
+    }
+    LoadedDocument loaded;
+    loaded.document = std::move(document);
+    return loaded;
+}
+
+}  // namespace vantel
