@@ -103,7 +103,7 @@ CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
     CLI::App* sub = app.add_subcommand("info", "Describe an overlay document");
     setUsageForms(sub, {"vantel info FILE"});
     sub->footer(infoFooter);
-    sub->add_option("FILE", *file, "an overlay document (.aspectratio)")
+    sub->add_option("FILE", *file, "an overlay document (.aspectratio), or - for standard input")
         ->required()
         ->option_text("FILE")
         ->group("Input");
