@@ -225,10 +225,10 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* sub =
         app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF");
-    setUsageForms(sub, {"vantel render FILE -o OUT [--format FORMAT] [--width W] [--height H] [--zoom Z]",
-                        "cat FILE | vantel render - -o - [--format FORMAT] > OUT",
+    setUsageForms(sub, {"vantel render FILE -o OUT [--format F] [--width W] [--height H] [--zoom Z]",
+                        "cat FILE | vantel render - -o - [--format F] > OUT",
                         "vantel render FILE... -o OUT.pdf",
-                        "vantel render FILE... --out-dir DIR [--format FORMAT] [--jobs N]"});
+                        "vantel render FILE... --out-dir DIR [--format F] [--jobs N]"});
     sub->footer(renderFooter);
     sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio); - reads one from standard input")
         ->required()
