@@ -19,6 +19,16 @@ DecodedCodePoint decodeCodePoint(std::string_view utf8, std::size_t at) {
     return {static_cast<char32_t>(value), static_cast<std::size_t>(offset) - at};
 }
 
+bool isValidUTF8(std::string_view bytes) {
+    auto length = static_cast<int32_t>(bytes.size());
+    for (int32_t offset = 0; offset < length;) {
+        UChar32 value = 0;
+        U8_NEXT(reinterpret_cast<const uint8_t*>(bytes.data()), offset, length, value);
+        if (value < 0) return false;
+    }
+    return true;
+}
+
 std::string_view trimmingWhiteSpace(std::string_view utf8) {
     std::size_t start = 0;
     while (start < utf8.size()) {

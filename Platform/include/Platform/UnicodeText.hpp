@@ -26,6 +26,9 @@ std::size_t graphemeCount(std::string_view utf8);
 // expressions and collators count positions in those.
 std::size_t utf16Length(std::string_view utf8);
 
+// Whether the bytes are well-formed UTF-8 (no surrogates, no overlong forms).
+bool isValidUTF8(std::string_view bytes);
+
 // The code point starting at utf8[at] and how many bytes it takes.
 struct DecodedCodePoint {
     char32_t value;

@@ -1,0 +1,219 @@
+#include <ZBExtensions/Process.hpp>
+
+#include <Platform/ChildProcess.hpp>
+#include <Platform/Fatal.hpp>
+#include <Platform/RegularExpression.hpp>
+#include <Platform/UnicodeText.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <iostream>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace vantel {
+
+namespace {
+
+std::optional<std::string> utf8Text(const Data& bytes) {
+    std::string text(bytes.begin(), bytes.end());
+    if (!isValidUTF8(text)) return std::nullopt;
+    return text;
+}
+
+// Up to `limit` bytes, blocking until some arrive; empty at the end.
+Data readChunk(int descriptor, std::size_t limit) {
+    Data chunk(limit);
+    ssize_t count;
+    do {
+        count = ::read(descriptor, chunk.data(), chunk.size());
+    } while (count < 0 && errno == EINTR);
+    chunk.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return chunk;
+}
+
+}  // namespace
+
+FileHandle::~FileHandle() { close(); }
+
+void FileHandle::close() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+    descriptor_ = -1;
+}
+
+Data FileHandle::readDataToEndOfFile() const {
+    Data all;
+    for (Data chunk = readChunk(descriptor_, 1 << 16); !chunk.empty(); chunk = readChunk(descriptor_, 1 << 16)) {
+        all.insert(all.end(), chunk.begin(), chunk.end());
+    }
+    return all;
+}
+
+Pipe::Pipe() {
+    PipeDescriptors ends = makePipe();
+    fileHandleForReading = std::make_shared<FileHandle>(ends.reading);
+    fileHandleForWriting = std::make_shared<FileHandle>(ends.writing);
+}
+
+std::optional<std::string> Pipe::readStringToEndOfFile() const {
+    return utf8Text(fileHandleForReading->readDataToEndOfFile());
+}
+
+void Pipe::printPipe() const {
+    if (auto text = readStringToEndOfFile()) std::cout << *text << '\n';
+}
+
+void Task::launch() {
+    ChildProcessSpec spec;
+    spec.executable = launchPath.value_or("");
+    spec.arguments = arguments.value_or(std::vector<std::string>{});
+    spec.environment = environment;
+    if (currentDirectoryURL) spec.directory = currentDirectoryURL->path();
+    if (standardOutput) spec.standardOutput = standardOutput->fileHandleForWriting->descriptor();
+    if (standardError) spec.standardError = standardError->fileHandleForWriting->descriptor();
+    processId_ = startChildProcess(spec);
+    // The child has its copies; ours would keep the pipes from ever ending.
+    if (standardOutput) standardOutput->fileHandleForWriting->close();
+    if (standardError) standardError->fileHandleForWriting->close();
+}
+
+void Task::waitUntilExit() {
+    ChildExit exit = waitForChildProcess(processId_);
+    terminationStatus_ = exit.status;
+    terminationReason_ = exit.bySignal ? TerminationReason::uncaughtSignal : TerminationReason::exit;
+}
+
+std::optional<std::string> ProcessOutput::responseString() const { return utf8Text(response); }
+
+ProcessError::ProcessError(std::shared_ptr<const Task> task, Data stdOut, Data stdErr)
+    : task(std::move(task)),
+      stdOut(std::move(stdOut)),
+      stdErr(std::move(stdErr)),
+      stdOutString(utf8Text(this->stdOut)),
+      stdErrString(utf8Text(this->stdErr)),
+      description_(localizedDescription()) {}
+
+std::string ProcessError::localizedDescription() const {
+    if (task->terminationReason() == Task::TerminationReason::uncaughtSignal) {
+        return "exited with uncaught signal: " + std::to_string(task->terminationStatus());
+    }
+    return "exited normally";
+}
+
+namespace {
+
+void printCommandLine(const Task& task) {
+    if (!task.launchPath || !task.arguments) fatalError("Task run verbosely without a launch path or arguments");
+    std::string line = *task.launchPath + " ";
+    for (std::size_t i = 0; i < task.arguments->size(); ++i) line += (i ? " " : "") + (*task.arguments)[i];
+    std::cout << line << '\n';
+}
+
+ProcessOutput launchAndCollect(const std::shared_ptr<Task>& task) {
+    task->launch();
+    task->waitUntilExit();
+    Data output = task->standardOutput->fileHandleForReading->readDataToEndOfFile();
+    Data errors = task->standardError->fileHandleForReading->readDataToEndOfFile();
+    if (task->terminationStatus() != 0) throw ProcessError(task, std::move(output), std::move(errors));
+    return {task->terminationStatus(), std::move(output)};
+}
+
+}  // namespace
+
+ProcessOutput run(const std::shared_ptr<Task>& task, const std::optional<URL>& workingDir, bool verbose) {
+    task->standardOutput = std::make_shared<Pipe>();
+    task->standardError = std::make_shared<Pipe>();
+    task->currentDirectoryURL = workingDir;
+    if (verbose) {
+        std::cout << (task->currentDirectoryURL ? task->currentDirectoryURL->path().string() : "Working path not set")
+                  << '\n';
+        printCommandLine(*task);
+    }
+    return launchAndCollect(task);
+}
+
+ProcessOutput run(const std::shared_ptr<Task>& task, bool verbose) {
+    task->standardOutput = std::make_shared<Pipe>();
+    task->standardError = std::make_shared<Pipe>();
+    if (verbose) printCommandLine(*task);
+    return launchAndCollect(task);
+}
+
+// ---- terminal titles
+
+namespace {
+
+using DataObserver = std::function<void(const std::shared_ptr<FileHandle>&, const Data&)>;
+
+// The process-wide observers of "data available" on watched handles. They are
+// never removed, so the list lives as long as the process.
+struct DataAvailableCentre {
+    std::mutex mutex;
+    std::vector<DataObserver> observers;
+
+    static DataAvailableCentre& shared() {
+        static DataAvailableCentre centre;
+        return centre;
+    }
+    void add(DataObserver observer) {
+        std::lock_guard lock(mutex);
+        observers.push_back(std::move(observer));
+    }
+    void post(const std::shared_ptr<FileHandle>& handle, const Data& chunk) {
+        std::vector<DataObserver> current;
+        {
+            std::lock_guard lock(mutex);
+            current = observers;
+        }
+        for (const DataObserver& observer : current) observer(handle, chunk);
+    }
+};
+
+// One background reader per handle at a time: it reads the next chunk and
+// posts it; the observers arm it again for the one after. At the end of
+// the data it posts nothing and stops.
+void waitForDataInBackgroundAndNotify(const std::shared_ptr<FileHandle>& handle) {
+    static std::mutex mutex;
+    static std::vector<const FileHandle*> waiting;
+    {
+        std::lock_guard lock(mutex);
+        if (std::find(waiting.begin(), waiting.end(), handle.get()) != waiting.end()) return;
+        waiting.push_back(handle.get());
+    }
+    std::thread([handle] {
+        Data chunk = readChunk(handle->descriptor(), 1 << 16);
+        {
+            std::lock_guard lock(mutex);
+            std::erase(waiting, handle.get());
+        }
+        if (!chunk.empty()) DataAvailableCentre::shared().post(handle, chunk);
+    }).detach();
+}
+
+}  // namespace
+
+std::optional<std::string> terminalTitle(const std::string& text) {
+    static const std::optional<RegularExpression> title = RegularExpression::compile("\\033]\\d;(\\w+)\\007");
+    if (!title) return std::nullopt;
+    // The search covers as many UTF-16 units as the text has characters.
+    std::optional<RegularExpression::Match> match = title->firstMatch(text, 0, graphemeCount(text));
+    if (!match) return std::nullopt;
+    std::size_t group = title->numberOfCaptureGroups() == 1 ? 1 : 0;
+    if (!(*match)[group]) return std::nullopt;
+    return RegularExpression::substring(text, *(*match)[group]);
+}
+
+void readTitle(const std::shared_ptr<FileHandle>& handle, std::function<void(const std::string&)> handler) {
+    waitForDataInBackgroundAndNotify(handle);
+    DataAvailableCentre::shared().add([handler = std::move(handler)](const std::shared_ptr<FileHandle>& from,
+                                                                     const Data& chunk) {
+        waitForDataInBackgroundAndNotify(from);
+        std::optional<std::string> text = utf8Text(chunk);
+        if (!text) return;
+        if (std::optional<std::string> found = terminalTitle(*text)) handler(*found);
+    });
+}
+
+}  // namespace vantel

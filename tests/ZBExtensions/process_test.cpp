@@ -1,0 +1,93 @@
+#include <ZBExtensions/Process.hpp>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <unistd.h>
+
+using namespace vantel;
+
+namespace {
+
+std::shared_ptr<Task> shell(const std::string& script) {
+    auto task = std::make_shared<Task>();
+    task->launchPath = "/bin/sh";
+    task->arguments = std::vector<std::string>{"-c", script};
+    return task;
+}
+
+}  // namespace
+
+TEST(ProcessTest, OutputOfASuccessfulRun) {
+    ProcessOutput output = run(shell("echo hi; echo ignored >&2"), false);
+    EXPECT_EQ(output.terminationStatus, 0);
+    EXPECT_EQ(output.responseString(), "hi\n");
+    EXPECT_EQ((ProcessOutput{0, Data{0xff, 0xfe}}.responseString()), std::nullopt);
+}
+
+TEST(ProcessTest, FailuresCarryBothStreamsAndSayHowTheChildEnded) {
+    try {
+        run(shell("printf out; printf bad >&2; exit 3"), false);
+        FAIL() << "no error for exit 3";
+    } catch (const ProcessError& error) {
+        EXPECT_EQ(error.task->terminationStatus(), 3);
+        EXPECT_EQ(error.stdOutString, "out");
+        EXPECT_EQ(error.failureReason(), "bad");
+        EXPECT_EQ(error.localizedDescription(), "exited normally");
+    }
+    try {
+        run(shell("kill -9 $$"), false);
+        FAIL() << "no error for a killed child";
+    } catch (const ProcessError& error) {
+        EXPECT_EQ(error.localizedDescription(), "exited with uncaught signal: 9");
+        EXPECT_EQ(error.failureReason(), "");
+    }
+    EXPECT_THROW(run(shell("true"), URL::fileURL("/nonexistent/folder", true), false), std::system_error);
+}
+
+TEST(ProcessTest, VerboseLinesAndTheWorkingDirectory) {
+    auto task = shell("pwd");
+    task->currentDirectoryURL = URL::fileURL("/tmp", true);
+    ::testing::internal::CaptureStdout();
+    ProcessOutput output = run(task, std::nullopt, true);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "Working path not set\n/bin/sh -c pwd\n");
+    EXPECT_EQ(task->currentDirectoryURL, std::nullopt) << "an absent directory clears the one set before";
+    char here[4096];
+    ASSERT_NE(getcwd(here, sizeof here), nullptr);
+    EXPECT_EQ(output.responseString(), std::string(here) + "\n");
+
+    ::testing::internal::CaptureStdout();
+    output = run(task, URL::fileURL("/", true), true);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "/\n/bin/sh -c pwd\n");
+    EXPECT_EQ(output.responseString(), "/\n");
+
+    auto bare = std::make_shared<Task>();
+    bare->launchPath = "/bin/true";
+    bare->arguments = std::vector<std::string>{};
+    ::testing::internal::CaptureStdout();
+    run(bare, true);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "/bin/true \n");
+}
+
+TEST(ProcessTest, TerminalTitlesFromAWatchedHandle) {
+    EXPECT_EQ(terminalTitle("plain \033]0;build\007 more \033]2;second\007"), "build");
+    EXPECT_EQ(terminalTitle("no title here"), std::nullopt);
+    // The search covers as many UTF-16 units as there are characters: with a
+    // character outside the basic plane in front, the last unit is not searched.
+    EXPECT_EQ(terminalTitle("\xF0\x9F\x98\x80\033]0;x\007"), std::nullopt);
+
+    Pipe pipe;
+    std::promise<std::string> first;
+    auto found = first.get_future();
+    readTitle(pipe.fileHandleForReading, [&first, called = false](const std::string& title) mutable {
+        if (!called) first.set_value(title);
+        called = true;
+    });
+    std::string chunk = "compiling\n\033]0;build\007done";
+    ASSERT_EQ(write(pipe.fileHandleForWriting->descriptor(), chunk.data(), chunk.size()),
+              static_cast<ssize_t>(chunk.size()));
+    ASSERT_EQ(found.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    EXPECT_EQ(found.get(), "build");
+    pipe.fileHandleForWriting->close();  // ends the background reader
+}
