@@ -41,6 +41,7 @@ _vantel() {
         case $command in
             render) options+=" --output --out-dir --format --width --height --zoom --stretch --jobs" ;;
             thumbnail) options+=" --size" ;;
+            info) options+=" --json" ;;
             new) options+=" --output --preset --binary --force" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

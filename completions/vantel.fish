@@ -24,6 +24,8 @@ complete -c vantel -n "__fish_seen_subcommand_from render" -s z -l zoom -x -d 'S
 complete -c vantel -n "__fish_seen_subcommand_from render" -l stretch -d 'Fill --width x --height exactly'
 complete -c vantel -n "__fish_seen_subcommand_from render" -s j -l jobs -x -d 'Documents rendered at once'
 
+complete -c vantel -n "__fish_seen_subcommand_from info" -l json -d 'Print the document as JSON'
+
 complete -c vantel -n "__fish_seen_subcommand_from thumbnail" -s s -l size -x -d 'Longer side of the thumbnail in pixels'
 
 complete -c vantel -n "__fish_seen_subcommand_from new" -s o -l output -r -F -d 'The document to write'

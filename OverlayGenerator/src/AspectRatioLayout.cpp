@@ -41,6 +41,12 @@ Size AspectRatio::fitting(const Size& size) const {
     return Size(availableWidth, availableWidth / r, 0);
 }
 
+CGRect AspectRatio::box(const Size& fitInto, const Size& centreOn) const {
+    Size fitted = fitting(fitInto);
+    Vector centre = centreOn.center();
+    return {centre.x - fitted.width / 2, centre.y - fitted.height / 2, fitted.width, fitted.height};
+}
+
 GroupDrawable AspectRatio::drawing(const Size& fitInto, const Size& centreOn) const {
     Size fitted = fitting(fitInto);
     Rectangle rect(centreOn.center(), fitted.width - weight, fitted.height - weight, Angle::fromDegrees(0));

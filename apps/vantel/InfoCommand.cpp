@@ -4,7 +4,9 @@
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 
+#include <Platform/JSON.hpp>
 #include <Platform/NumberText.hpp>
+#include <ZBExtensions/TreeItem.hpp>
 
 #include <cmath>
 #include <iostream>
@@ -44,24 +46,40 @@ std::string guideText(const AspectRatio& guide, const Size& fitted) {
     return text.str();
 }
 
-// One line per guide, children indented under their parent with tree lines.
-void printGuides(std::ostream& out, const std::vector<AspectRatio>& guides, const Size& box,
-                 const std::string& indent) {
-    for (std::size_t i = 0; i < guides.size(); ++i) {
-        const bool last = i + 1 == guides.size();
-        const AspectRatio& guide = guides[i];
-        const Size fitted = guide.fitting(box);
-        out << indent << (last ? "└─ " : "├─ ") << guideText(guide, fitted) << '\n';
-        if (guide.children) printGuides(out, *guide.children, fitted, indent + (last ? "   " : "│  "));
+// A guide as laid out on the canvas: the tree `vantel info` prints, one node
+// per guide under a root for the canvas.
+struct LaidOutGuide {
+    const AspectRatio* guide = nullptr;  // none for the root
+    Size fitted;
+    CGRect box;  // the outline's outer edges, in canvas pixels
+
+    friend bool operator==(const LaidOutGuide& a, const LaidOutGuide& b) { return a.guide == b.guide; }
+};
+using GuideTree = TreeItem<LaidOutGuide>;
+
+void addGuides(const GuideTree::Node& parent, const std::vector<AspectRatio>& guides, const Size& canvas) {
+    for (const AspectRatio& guide : guides) {
+        auto node = GuideTree::make({&guide, guide.fitting(parent->object.fitted), guide.box(parent->object.fitted, canvas)});
+        parent->addChildren({node});
+        if (guide.children) addGuides(node, *guide.children, canvas);
     }
 }
 
-std::size_t guideCount(const std::vector<AspectRatio>& guides) {
-    std::size_t count = guides.size();
-    for (const AspectRatio& guide : guides) {
-        if (guide.children) count += guideCount(*guide.children);
+GuideTree::Node guideTree(const OverlayGen& document) {
+    const Size canvas = document.size();
+    auto root = GuideTree::make({nullptr, canvas, CGRect{0, 0, canvas.width, canvas.height}});
+    addGuides(root, document.ratios(), canvas);
+    return root;
+}
+
+// One line per guide, children indented under their parent with tree lines.
+void printGuides(std::ostream& out, const GuideTree& parent, const std::string& indent) {
+    for (std::size_t i = 0; i < parent.children.size(); ++i) {
+        const bool last = i + 1 == parent.children.size();
+        const LaidOutGuide& laidOut = parent.children[i]->object;
+        out << indent << (last ? "└─ " : "├─ ") << guideText(*laidOut.guide, laidOut.fitted) << '\n';
+        printGuides(out, *parent.children[i], indent + (last ? "   " : "│  "));
     }
-    return count;
 }
 
 void printDocument(std::ostream& out, const std::string& file, const OverlayGen& document) {
@@ -71,43 +89,135 @@ void printDocument(std::ostream& out, const std::string& file, const OverlayGen&
         << "canvas       " << numberText(size.width) << " x " << numberText(size.height) << ", margin "
         << numberText(size.margin) << '\n'
         << "background   " << colorText(document.backgroundColor()) << '\n';
-    const auto& guides = document.ratios();
-    if (guides.empty()) {
+    GuideTree::Node tree = guideTree(document);
+    if (tree->isLeaf()) {
         out << "guides       none\n";
         return;
     }
-    out << "guides       " << guideCount(guides) << " (" << guides.size()
+    out << "guides       " << tree->flatChildren().size() << " (" << tree->children.size()
         << " at the top level), drawn in this order:\n";
-    printGuides(out, guides, size, "");
+    printGuides(out, *tree, "");
 }
 
-ExitCode runInfo(const std::string& file) {
+// ---- the JSON form
+
+void encodeRect(KeyedEncodingContainer& container, const CGRect& rect, std::string_view key) {
+    KeyedEncodingContainer fields = container.nestedContainer(key);
+    fields.encode(rect.x, "x");
+    fields.encode(rect.y, "y");
+    fields.encode(rect.width, "width");
+    fields.encode(rect.height, "height");
+}
+
+// Whole pixels: each edge rounded, so that neighbouring boxes share edges.
+CGRect snapped(const CGRect& rect) {
+    double left = std::round(rect.x), top = std::round(rect.y);
+    return {left, top, std::round(rect.x + rect.width) - left, std::round(rect.y + rect.height) - top};
+}
+
+void encodeGrid(KeyedEncodingContainer& container, const GridType& grid, std::string_view key) {
+    if (grid.tag == GridType::Case::none) return container.encodeNil(key);
+    KeyedEncodingContainer fields = container.nestedContainer(key);
+    fields.encode(grid.payload, grid.tag == GridType::Case::pixels ? "every" : "parts");
+}
+
+void encodeColor(KeyedEncodingContainer& container, const Color& color, std::string_view key) {
+    KeyedEncodingContainer fields = container.nestedContainer(key);
+    fields.encode(color.toHex(), "hex");
+    fields.encode(color.alpha, "alpha");
+}
+
+struct GuideJSON {
+    const GuideTree* node;
+
+    void encode(Encoder& encoder) const {
+        const AspectRatio& guide = *node->object.guide;
+        KeyedEncodingContainer fields = encoder.container();
+        fields.encode(guide.formatted(), "ratio");
+        fields.encode(guide.width, "ratioWidth");
+        fields.encode(guide.height, "ratioHeight");
+        encodeColor(fields, guide.color, "outline");
+        encodeColor(fields, guide.fillColor, "fill");
+        fields.encode(guide.weight, "weight");
+        encodeGrid(fields, guide.rowType, "rows");
+        encodeGrid(fields, guide.columnType, "columns");
+        fields.encode(guide.clearParent, "clearsParent");
+        encodeRect(fields, node->object.box, "rect");
+        encodeRect(fields, snapped(node->object.box), "pixels");
+        encodeChildren(fields, *node);
+    }
+
+    static void encodeChildren(KeyedEncodingContainer& container, const GuideTree& parent) {
+        UnkeyedEncodingContainer items = container.nestedUnkeyedContainer(parent.object.guide ? "children" : "guides");
+        for (const auto& child : parent.children) items.encode(GuideJSON{child.get()});
+    }
+};
+
+struct DocumentJSON {
+    std::string name;
+    const OverlayGen* document;
+
+    void encode(Encoder& encoder) const {
+        KeyedEncodingContainer fields = encoder.container();
+        fields.encode(name, "file");
+        fields.encode(document->description(), "description");
+        KeyedEncodingContainer canvas = fields.nestedContainer("canvas");
+        canvas.encode(document->size().width, "width");
+        canvas.encode(document->size().height, "height");
+        canvas.encode(document->size().margin, "margin");
+        encodeColor(fields, document->backgroundColor(), "background");
+        GuideJSON::encodeChildren(fields, *guideTree(*document));
+    }
+};
+
+void printJSON(std::ostream& out, const std::string& name, const OverlayGen& document) {
+    JSONEncoder encoder;
+    encoder.prettyPrinted = true;
+    Data json = encoder.encode(DocumentJSON{name, &document});
+    out.write(reinterpret_cast<const char*>(json.data()), static_cast<std::streamsize>(json.size()));
+    out << '\n';
+}
+
+ExitCode runInfo(const std::string& file, bool json) {
     DocumentSource source = documentSource(file);
     CommandDocument loaded = readDocument(source);
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
-    printDocument(std::cout, source.name(), *loaded.document);
+    if (json) {
+        printJSON(std::cout, source.name(), *loaded.document);
+    } else {
+        printDocument(std::cout, source.name(), *loaded.document);
+    }
     return ExitCode::ok;
 }
 
 const char* const infoFooter =
-    "Shows the canvas, the background, the document's description and each\n"
-    "guide as a tree: its ratio, the size it is laid out at, outline and fill\n"
-    "colours in hex, stroke weight, grid and whether it clears what is beneath.\n"
+    "Shows the canvas, the background, the document's description and each "
+    "guide as a tree: its ratio, the size it is laid out at, outline and fill "
+    "colours in hex, stroke weight, grid and whether it clears what is beneath. "
+    "With --json the same as one JSON object, each guide with its outline's "
+    "rectangle on the canvas, exact (\"rect\") and rounded to whole pixels "
+    "(\"pixels\"), and its children.\n"
     "Exit codes: 0 shown, 1 the document is bad, 2 bad usage, 3 FILE could not be read.";
 
+struct InfoOptions {
+    std::string file;
+    bool json = false;
+};
+
 CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
-    auto file = std::make_shared<std::string>();
+    auto options = std::make_shared<InfoOptions>();
     CLI::App* sub = app.add_subcommand("info", "Describe an overlay document");
-    setUsageForms(sub, {"vantel info FILE"});
+    setUsageForms(sub, {"vantel info [--json] FILE"});
     sub->footer(infoFooter);
-    sub->add_option("FILE", *file, "an overlay document (.aspectratio), or - for standard input")
+    sub->add_option("FILE", options->file, "an overlay document (.aspectratio), or - for standard input")
         ->required()
         ->option_text("FILE")
         ->group("Input");
-    sub->callback([file, &result] { result = runInfo(*file); });
+    sub->add_flag("--json", options->json, "print the document and its laid-out guides as JSON")->group("Output");
+    sub->callback([options, &result] { result = runInfo(options->file, options->json); });
 });
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Graphics2/CGContext.hpp>
 #include <Graphics2/Color.hpp>
 #include <Graphics2/GroupDrawable.hpp>
 #include <Graphics2/Size.hpp>
@@ -54,6 +55,10 @@ struct AspectRatio {
     // The largest size of this ratio inside `size` less its margins, margin 0.
     // A comparison with NaN falls to the width-limited branch.
     Size fitting(const Size& size) const;
+
+    // Where the guide's outline lies, its outer edges: the fitted size
+    // centred on the centre of `centeringSize`, as drawing() places it.
+    CGRect box(const Size& fittingSize, const Size& centeringSize) const;
 
     // The guide laid out as a group: [styled Grid, FauxDrawable, children,
     // FauxDrawable]. The guide is fitted into `fittingSize` and centred on the
