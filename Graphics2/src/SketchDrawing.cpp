@@ -9,10 +9,14 @@ void drawSketch(CGContext& context, const Sketch& sketch) {
 
 void fitSketch(CGContext& context, const Sketch& sketch, double targetWidth, double targetHeight) {
     Size page = sketch.size();
-    double scaleX = targetWidth / page.width;
-    double scaleY = targetHeight / page.height;
+    fitPage(context, CGSize{page.width, page.height}, CGSize{targetWidth, targetHeight});
+}
+
+void fitPage(CGContext& context, CGSize page, CGSize target) {
+    double scaleX = target.width / page.width;
+    double scaleY = target.height / page.height;
     double scale = scaleY < scaleX ? scaleY : scaleX;
-    context.translateCTM((targetWidth - page.width * scale) * 0.5, (targetHeight - page.height * scale) * 0.5);
+    context.translateCTM((target.width - page.width * scale) * 0.5, (target.height - page.height * scale) * 0.5);
     context.scaleCTM(scale, scale);
 }
 

@@ -2,6 +2,7 @@
 
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
+#include <Graphics2/SketchDrawing.hpp>
 #include <Platform/Fatal.hpp>
 #include <Platform/NumberText.hpp>
 
@@ -36,18 +37,10 @@ ThumbnailSize thumbnailSize(CGSize contextSize, int maxSide) {
     return {wholePixels(contextSize.width * scale), wholePixels(contextSize.height * scale)};
 }
 
-void fitContext(CGContext& context, CGSize page, CGSize target) {
-    double scaleX = target.width / page.width;
-    double scaleY = target.height / page.height;
-    double scale = scaleY < scaleX ? scaleY : scaleX;
-    context.translateCTM((target.width - page.width * scale) * 0.5, (target.height - page.height * scale) * 0.5);
-    context.scaleCTM(scale, scale);
-}
-
 BitmapContext drawThumbnail(const QLPreviewReply& reply, int maxSide) {
     ThumbnailSize size = thumbnailSize(reply.contextSize, maxSide);
     BitmapContext bitmap(size.width, size.height);
-    fitContext(bitmap.context(), reply.contextSize, CGSize{double(size.width), double(size.height)});
+    fitPage(bitmap.context(), reply.contextSize, CGSize{double(size.width), double(size.height)});
     reply.draw(bitmap.context());
     bitmap.context().checkStatus();
     return bitmap;

@@ -1,7 +1,6 @@
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <CoreGraphicsRendering/RenderError.hpp>
-#include <RecordingContext.hpp>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +9,6 @@
 #include <string>
 
 using namespace vantel;
-using vantel::testing::RecordingContext;
 
 namespace {
 
@@ -43,15 +41,6 @@ TEST(ThumbnailTest, EmptyContextThrowsAndNonsenseSizesStop) {
     EXPECT_THROW(thumbnailSize(CGSize{10, -3}, 128), RenderError);
     EXPECT_DEATH(thumbnailSize(CGSize{NAN, 3}, 128), "not finite");
     EXPECT_DEATH(thumbnailSize(CGSize{3, 3}, 0), "below one pixel");
-}
-
-TEST(ThumbnailTest, FitTranslatesThenScalesByTheSmallerRatio) {
-    RecordingContext wide;
-    fitContext(wide, CGSize{200, 100}, CGSize{100, 100});
-    EXPECT_EQ(wide.operations, (std::vector<std::string>{"translate 0.0 25.0", "scale 0.5 0.5"}));
-    RecordingContext square;
-    fitContext(square, CGSize{100, 100}, CGSize{300, 200});
-    EXPECT_EQ(square.operations, (std::vector<std::string>{"translate 50.0 0.0", "scale 2.0 2.0"}));
 }
 
 TEST(ThumbnailTest, ReplyIsDrawnScaledIntoABitmapOfTheThumbnailSize) {

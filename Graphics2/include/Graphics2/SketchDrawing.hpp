@@ -15,5 +15,7 @@ void drawSketch(CGContext& context, const Sketch& sketch);
 // by the smaller of the two ratios. Draws nothing. A zero page side gives an
 // infinite or NaN scale; that is left to floating point on purpose.
 void fitSketch(CGContext& context, const Sketch& sketch, double targetWidth, double targetHeight);
+// The same for a page known only by its size (a preview reply's context).
+void fitPage(CGContext& context, CGSize page, CGSize target);
 
 }  // namespace vantel

@@ -22,10 +22,6 @@ struct ThumbnailSize {
 // that is not finite, or `maxSide` below 1, stops the process.
 ThumbnailSize thumbnailSize(CGSize contextSize, int maxSide);
 
-// Changes the transform so that a page of `page` fits `target`, aspect kept
-// and centred: translate, then scale by the smaller of the two ratios.
-void fitContext(CGContext& context, CGSize page, CGSize target);
-
 // The reply drawn into a fresh, transparent bitmap of thumbnailSize().
 BitmapContext drawThumbnail(const QLPreviewReply& reply, int maxSide);
 
