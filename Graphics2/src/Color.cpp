@@ -1,5 +1,6 @@
 #include <Graphics2/Color.hpp>
 #include <Platform/Fatal.hpp>
+#include <Platform/Hashing.hpp>
 #include <Platform/Graphemes.hpp>
 #include <Platform/NumberText.hpp>
 
@@ -242,9 +243,5 @@ void Color::encode(Encoder& encoder) const {
 }  // namespace vantel
 
 std::size_t std::hash<vantel::Color>::operator()(const vantel::Color& color) const noexcept {
-    std::size_t seed = 0;
-    for (double component : {color.red, color.green, color.blue, color.alpha}) {
-        seed ^= std::hash<double>{}(component) + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
-    }
-    return seed;
+    return vantel::hashOfFields(color.red, color.green, color.blue, color.alpha);
 }

@@ -1,5 +1,7 @@
 #include <Graphics2/Size.hpp>
 
+#include <Platform/Hashing.hpp>
+
 #include <utility>
 
 namespace vantel {
@@ -54,19 +56,8 @@ void Size::encode(Encoder& encoder) const {
 
 namespace {
 
-// -0.0 and 0.0 compare equal, so they must hash alike.
-std::size_t hashDouble(double value) { return std::hash<double>{}(value == 0 ? 0.0 : value); }
-
-void combine(std::size_t& seed, std::size_t value) {
-    seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
-}
-
 }  // namespace
 
 std::size_t std::hash<vantel::Size>::operator()(const vantel::Size& size) const noexcept {
-    std::size_t seed = 0;
-    combine(seed, hashDouble(size.width));
-    combine(seed, hashDouble(size.height));
-    combine(seed, hashDouble(size.margin));
-    return seed;
+    return vantel::hashOfFields(size.width, size.height, size.margin);
 }

@@ -1,6 +1,7 @@
 #include <OverlayGenerator/AspectRatio.hpp>
 
 #include <OverlayGenerator/DecodableDefault.hpp>
+#include <Platform/Hashing.hpp>
 
 #include <utility>
 
@@ -11,11 +12,6 @@ namespace {
 using ClearColor = DecodableDefault::Wrapper<DecodableDefault::Sources::Clear>;
 using NoRows = DecodableDefault::Wrapper<DecodableDefault::Sources::NoRows>;
 using DefaultTrue = DecodableDefault::Wrapper<DecodableDefault::Sources::True>;
-
-template <class T>
-void combineHash(std::size_t& seed, const T& value) {
-    seed ^= std::hash<T>{}(value) + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
-}
 
 }  // namespace
 

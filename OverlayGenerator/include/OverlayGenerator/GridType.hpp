@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Platform/Coding.hpp>
+#include <Platform/Hashing.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -35,7 +36,6 @@ struct GridType {
 template <>
 struct std::hash<vantel::GridType> {
     std::size_t operator()(const vantel::GridType& grid) const noexcept {
-        std::size_t seed = std::hash<int>{}(static_cast<int>(grid.tag));
-        return seed * 31 + std::hash<std::int64_t>{}(grid.payload);
+        return vantel::hashOfFields(static_cast<int>(grid.tag), grid.payload);
     }
 };
