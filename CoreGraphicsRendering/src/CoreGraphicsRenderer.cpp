@@ -16,12 +16,7 @@ namespace vantel {
 
 namespace {
 
-std::int64_t wholePixels(double side) {
-    if (!std::isfinite(side) || side < -9223372036854775808.0 || side >= 9223372036854775808.0) {
-        fatalError("Sketch size " + numberText(side) + " cannot be converted to whole pixels");
-    }
-    return static_cast<std::int64_t>(side);
-}
+std::int64_t wholePixels(double side) { return truncatedInteger(side, "Sketch size", "whole pixels"); }
 
 // "png" -> "Png", "jpeg2000" -> "Jpeg2000".
 std::string capitalised(std::string text) {

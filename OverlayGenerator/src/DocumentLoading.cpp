@@ -26,7 +26,7 @@ UndrawableDocumentError::UndrawableDocumentError(std::vector<DocumentProblem> pr
 namespace {
 
 std::string readReason(const std::filesystem::filesystem_error& error) {
-    return "cannot read: " + (error.code() ? error.code().message() : std::string(error.what()));
+    return "cannot read: " + fileErrorReason(error);
 }
 
 LoadedDocument failed(DocumentFailure failure, std::vector<DocumentProblem> problems, std::exception_ptr error) {

@@ -15,14 +15,7 @@ namespace vantel {
 
 namespace {
 
-// Truncation toward zero, stopping on values no 64-bit integer can hold.
-std::int64_t truncatedSide(double side) {
-    constexpr double limit = 9223372036854775808.0;  // 2^63
-    if (!std::isfinite(side) || side < -limit || side >= limit) {
-        fatalError("Guide side " + numberText(side) + " cannot be converted to an integer");
-    }
-    return static_cast<std::int64_t>(side);
-}
+std::int64_t truncatedSide(double side) { return truncatedInteger(side, "Guide side"); }
 
 }  // namespace
 

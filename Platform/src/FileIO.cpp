@@ -99,6 +99,10 @@ Data readDescriptor(int fd, std::size_t maximumBytes, const std::filesystem::pat
 
 }  // namespace
 
+std::string fileErrorReason(const std::filesystem::filesystem_error& error) {
+    return error.code() ? error.code().message() : error.what();
+}
+
 Data readData(const URL& url) { return readData(url.path()); }
 
 Data readData(const std::filesystem::path& path) {

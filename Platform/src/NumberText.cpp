@@ -1,5 +1,7 @@
 #include <Platform/NumberText.hpp>
 
+#include <Platform/Fatal.hpp>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -44,6 +46,14 @@ std::string numberText(double value) {
     std::string text(buffer.data(), end);
     if (text.find('.') == std::string::npos) text += ".0";
     return text;
+}
+
+std::int64_t truncatedInteger(double value, std::string_view what, std::string_view unit) {
+    constexpr double limit = 9223372036854775808.0;  // 2^63
+    if (!std::isfinite(value) || value < -limit || value >= limit) {
+        fatalError(std::string(what) + " " + numberText(value) + " cannot be converted to " + std::string(unit));
+    }
+    return static_cast<std::int64_t>(value);
 }
 
 }  // namespace vantel

@@ -31,7 +31,7 @@ ExitCode runNew(const NewOptions& options) {
     try {
         writeDataAtomically(bytes, std::filesystem::path(options.output));
     } catch (const std::filesystem::filesystem_error& failure) {
-        reportProblems({options.output + ": cannot write: " + failure.code().message()});
+        reportProblems({options.output + ": cannot write: " + fileErrorReason(failure)});
         return ExitCode::ioFailure;
     }
     return ExitCode::ok;

@@ -31,9 +31,6 @@ std::string renderErrorText(const RenderError& error) {
 
 RenderOutcome failure(ExitCode code, std::string line) { return {code, {std::move(line)}}; }
 
-std::string fileErrorText(const std::filesystem::filesystem_error& error) {
-    return error.code() ? error.code().message() : error.what();
-}
 
 }  // namespace
 
@@ -82,7 +79,7 @@ RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::pat
             return {ExitCode::ioFailure, {}};  // the reader stopped reading: nothing to say
         }
     } catch (const std::filesystem::filesystem_error& error) {
-        return failure(ExitCode::ioFailure, output.string() + ": cannot write: " + fileErrorText(error));
+        return failure(ExitCode::ioFailure, output.string() + ": cannot write: " + fileErrorReason(error));
     }
     return {};
 }

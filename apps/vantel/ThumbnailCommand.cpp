@@ -83,8 +83,7 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
     try {
         writeDataInPlaceLocked(*png, options.output);
     } catch (const std::filesystem::filesystem_error& error) {
-        std::string reason = error.code() ? error.code().message() : error.what();
-        std::cerr << options.output.string() << ": cannot write: " << reason << '\n';
+        std::cerr << options.output.string() << ": cannot write: " << fileErrorReason(error) << '\n';
         return ExitCode::ioFailure;
     }
     return ExitCode::ok;

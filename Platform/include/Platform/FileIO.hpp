@@ -8,8 +8,13 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
 
 namespace vantel {
+
+// The system's reason for a file error ("No such file or directory"), or
+// the error's own text when it has no code.
+std::string fileErrorReason(const std::filesystem::filesystem_error& error);
 
 Data readData(const URL& url);
 Data readData(const std::filesystem::path& path);
