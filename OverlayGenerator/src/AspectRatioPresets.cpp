@@ -2,8 +2,7 @@
 
 #include <Platform/NumberFormat.hpp>
 #include <Platform/NumberText.hpp>
-
-#include <random>
+#include <Platform/SecureRandom.hpp>
 
 namespace vantel {
 
@@ -62,9 +61,7 @@ const std::vector<Color>& AspectRatio::presetPalette() {
 
 Color AspectRatio::randomPaletteColor() {
     const std::vector<Color>& palette = presetPalette();
-    std::random_device systemRandom;
-    std::uniform_int_distribution<std::size_t> pick(0, palette.size() - 1);
-    return palette[pick(systemRandom)];
+    return palette[secureRandomInClosedRange(0, palette.size() - 1)];
 }
 
 AspectRatio AspectRatio::defaultGuide() { return defaultGuide(randomPaletteColor); }

@@ -1,10 +1,8 @@
 #include <Platform/UUID.hpp>
 
-#include <sys/random.h>
+#include <Platform/SecureRandom.hpp>
 
-#include <cerrno>
 #include <cstring>
-#include <system_error>
 
 namespace vantel {
 
@@ -21,23 +19,11 @@ int hexValue(char c) {
     return -1;
 }
 
-void fillRandom(UUID::Bytes& bytes) {
-    std::size_t filled = 0;
-    while (filled < bytes.size()) {
-        ssize_t got = getrandom(bytes.data() + filled, bytes.size() - filled, 0);
-        if (got < 0) {
-            if (errno == EINTR) continue;
-            throw std::system_error(errno, std::generic_category(), "cannot read random bytes");
-        }
-        filled += static_cast<std::size_t>(got);
-    }
-}
-
 }  // namespace
 
 UUID UUID::random() {
     Bytes bytes{};
-    fillRandom(bytes);
+    fillSecureRandom(bytes);
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // RFC 4122 variant
     return UUID(bytes);
