@@ -1,8 +1,11 @@
 #include <Graphics2/Color.hpp>
+
+#include <Graphics2/Numeric.hpp>
 #include <Platform/Fatal.hpp>
-#include <Platform/Hashing.hpp>
 #include <Platform/Graphemes.hpp>
+#include <Platform/Hashing.hpp>
 #include <Platform/NumberText.hpp>
+#include <Platform/UnicodeText.hpp>
 
 #include <cmath>
 #include <cstdio>
@@ -11,66 +14,7 @@
 namespace vantel {
 namespace {
 
-double clamped(double value) {
-    if (value <= 0) value = 0;
-    if (value > 1) value = 1;
-    return value;
-}
-
 // ------------------------------------------------------------ hexadecimal text
-
-// Unicode white space and line breaks: the space separators (Zs), the line
-// and paragraph separators, tab through carriage return, and NEL.
-bool isWhitespaceOrNewline(char32_t c) {
-    switch (c) {
-    case 0x09: case 0x0A: case 0x0B: case 0x0C: case 0x0D: case 0x20: case 0x85: case 0xA0:
-    case 0x1680: case 0x2028: case 0x2029: case 0x202F: case 0x205F: case 0x3000:
-        return true;
-    default:
-        return c >= 0x2000 && c <= 0x200A;
-    }
-}
-
-// The code point starting at text[0] and its length in bytes. Malformed
-// UTF-8 decodes as a one-byte non-space character.
-std::pair<char32_t, size_t> decodeFirst(std::string_view text) {
-    auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    unsigned char lead = byte(0);
-    size_t length = lead < 0x80 ? 1 : lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
-    if (length == 0 || length > text.size()) return {0xFFFD, 1};
-    if (length == 1) return {lead, 1};
-    char32_t value = lead & (0x7F >> length);
-    for (size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80) return {0xFFFD, 1};
-        value = (value << 6) | (byte(i) & 0x3F);
-    }
-    return {value, length};
-}
-
-// The code point ending at the end of text and its length in bytes.
-std::pair<char32_t, size_t> decodeLast(std::string_view text) {
-    size_t start = text.size() - 1;
-    while (start > 0 && text.size() - start < 4 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) {
-        --start;
-    }
-    auto [value, length] = decodeFirst(text.substr(start));
-    if (start + length != text.size()) return {0xFFFD, 1};
-    return {value, length};
-}
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty()) {
-        auto [c, length] = decodeFirst(text);
-        if (!isWhitespaceOrNewline(c)) break;
-        text.remove_prefix(length);
-    }
-    while (!text.empty()) {
-        auto [c, length] = decodeLast(text);
-        if (!isWhitespaceOrNewline(c)) break;
-        text.remove_suffix(length);
-    }
-    return text;
-}
 
 int hexDigitValue(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -83,9 +27,9 @@ int hexDigitValue(char c) {
 // digits as follow. No digit at all reads as 0 rather than failing.
 double scanHexComponent(std::string_view slice) {
     while (!slice.empty()) {
-        auto [c, length] = decodeFirst(slice);
-        if (!isWhitespaceOrNewline(c)) break;
-        slice.remove_prefix(length);
+        DecodedCodePoint next = decodeCodePoint(slice, 0);
+        if (!isWhiteSpaceOrNewline(next.value)) break;
+        slice.remove_prefix(next.length);
     }
     if (slice.starts_with("0x") || slice.starts_with("0X")) slice.remove_prefix(2);
     unsigned long value = 0;
@@ -103,7 +47,7 @@ struct HexCharacters {
     std::vector<std::string_view> characters;
 
     explicit HexCharacters(std::string_view input) {
-        for (char c : trimmed(input)) {
+        for (char c : trimmingWhiteSpace(input)) {
             if (c != '#') text += c;
         }
         characters = graphemeClusters(text);
@@ -137,7 +81,7 @@ struct HexCharacters {
 // ------------------------------------------------------------ construction
 
 Color::Color(double red, double green, double blue, double alpha)
-    : red(clamped(red)), green(clamped(green)), blue(clamped(blue)), alpha(clamped(alpha)) {}
+    : red(clamped(red, 0, 1)), green(clamped(green, 0, 1)), blue(clamped(blue, 0, 1)), alpha(clamped(alpha, 0, 1)) {}
 
 Color Color::rgb255(int red, int green, int blue, double alpha) {
     return Color(red / 255.0, green / 255.0, blue / 255.0, alpha);
