@@ -4,7 +4,7 @@
 #include <Graphics2/Color.hpp>
 #include <Graphics2/DrawingContext.hpp>
 #include <Graphics2/EmptyDrawable.hpp>
-#include <Platform/Coding.hpp>
+#include <Platform/ContainerTraits.hpp>
 
 #include <concepts>
 #include <memory>

@@ -6,30 +6,19 @@
 
 namespace vantel {
 
-class JSONDecoder {
+class JSONDecoder : public DecodingFrontEnd<JSONDecoder> {
 public:
     // dataCorrupted when the bytes are not JSON.
     CodingValue parse(const Data& bytes) const;
-
-    template <class T>
-    T decode(const Data& bytes) const {
-        CodingValue root = parse(bytes);
-        return decodeValue<T>(Decoder(root, {}));
-    }
 };
 
-class JSONEncoder {
+class JSONEncoder : public EncodingFrontEnd<JSONEncoder> {
 public:
     bool prettyPrinted = false;
     bool sortedKeys = false;
 
     // EncodingError for non-finite numbers, which JSON cannot hold.
     Data serialize(const CodingValue& root) const;
-
-    template <class T>
-    Data encode(const T& value) const {
-        return serialize(encodeToTree(value));
-    }
 };
 
 }  // namespace vantel

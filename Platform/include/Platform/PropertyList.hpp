@@ -7,29 +7,18 @@
 
 namespace vantel {
 
-class PropertyListDecoder {
+class PropertyListDecoder : public DecodingFrontEnd<PropertyListDecoder> {
 public:
     // dataCorrupted when the bytes are neither an XML nor a binary property list.
     CodingValue parse(const Data& bytes) const;
-
-    template <class T>
-    T decode(const Data& bytes) const {
-        CodingValue root = parse(bytes);
-        return decodeValue<T>(Decoder(root, {}));
-    }
 };
 
-class PropertyListEncoder {
+class PropertyListEncoder : public EncodingFrontEnd<PropertyListEncoder> {
 public:
     enum class OutputFormat { xml, binary };
     OutputFormat outputFormat = OutputFormat::xml;
 
     Data serialize(const CodingValue& root) const;
-
-    template <class T>
-    Data encode(const T& value) const {
-        return serialize(encodeToTree(value));
-    }
 };
 
 }  // namespace vantel
