@@ -11,18 +11,23 @@ namespace {
 
 struct FormatName {
     std::string_view name;
-    std::optional<NSBitmapImageFileType> bitmapType;
+    OutputKind kind;
 };
 
 // Canonical names first; the extensions the canonical ones write come from
 // fileExtension, so --out-dir names files the way the renderer names them.
 const std::vector<FormatName>& formatNames() {
     static const std::vector<FormatName> names{
-        {"png", NSBitmapImageFileType::png},    {"tiff", NSBitmapImageFileType::tiff},
-        {"tif", NSBitmapImageFileType::tiff},   {"bmp", NSBitmapImageFileType::bmp},
-        {"gif", NSBitmapImageFileType::gif},    {"jpeg", NSBitmapImageFileType::jpeg},
-        {"jpg", NSBitmapImageFileType::jpeg},   {"jpeg2000", NSBitmapImageFileType::jpeg2000},
-        {"jp2", NSBitmapImageFileType::jpeg2000}, {"pdf", std::nullopt},
+        {"png", BitmapOutput{NSBitmapImageFileType::png}},
+        {"tiff", BitmapOutput{NSBitmapImageFileType::tiff}},
+        {"tif", BitmapOutput{NSBitmapImageFileType::tiff}},
+        {"bmp", BitmapOutput{NSBitmapImageFileType::bmp}},
+        {"gif", BitmapOutput{NSBitmapImageFileType::gif}},
+        {"jpeg", BitmapOutput{NSBitmapImageFileType::jpeg}},
+        {"jpg", BitmapOutput{NSBitmapImageFileType::jpeg}},
+        {"jpeg2000", BitmapOutput{NSBitmapImageFileType::jpeg2000}},
+        {"jp2", BitmapOutput{NSBitmapImageFileType::jpeg2000}},
+        {"pdf", PDFOutput{}},
     };
     return names;
 }
@@ -41,8 +46,8 @@ std::optional<OutputFormat> OutputFormat::named(std::string_view name) {
     const std::string key = lowered(name);
     for (const FormatName& entry : formatNames()) {
         if (entry.name != key) continue;
-        std::string extension = entry.bitmapType ? fileExtension(*entry.bitmapType) : "pdf";
-        return OutputFormat{std::move(extension), entry.bitmapType};
+        const auto* bitmap = std::get_if<BitmapOutput>(&entry.kind);
+        return OutputFormat{bitmap ? fileExtension(bitmap->type) : std::string(entry.name), entry.kind};
     }
     return std::nullopt;
 }

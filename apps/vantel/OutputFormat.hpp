@@ -9,14 +9,28 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 namespace vantel::cli {
 
-struct OutputFormat {
-    std::string extension;                            // what --out-dir names outputs with
-    std::optional<NSBitmapImageFileType> bitmapType;  // absent for PDF
+// The kinds of output: a bitmap of a file type, or a vector PDF page. A new
+// kind is one more alternative here and one more branch where outputs are
+// encoded (encodeDocument).
+struct BitmapOutput {
+    NSBitmapImageFileType type;
+    friend bool operator==(const BitmapOutput&, const BitmapOutput&) = default;
+};
+struct PDFOutput {
+    friend bool operator==(const PDFOutput&, const PDFOutput&) = default;
+};
+using OutputKind = std::variant<BitmapOutput, PDFOutput>;
 
-    bool isPDF() const { return !bitmapType; }
+struct OutputFormat {
+    std::string extension;  // what --out-dir names outputs with
+    OutputKind kind;
+
+    // Whether several documents fit in one file of this format.
+    bool holdsPages() const { return std::holds_alternative<PDFOutput>(kind); }
 
     // A format name or file extension, any case, with or without the dot:
     // png, tiff/tif, bmp, gif, jpeg/jpg, jpeg2000/jp2, pdf.

@@ -65,7 +65,7 @@ void checkOneOutputForMany(const RenderOptions& options, const OutputFormat& for
     if (options.output == standardStream && options.inputs.size() > 1) {
         throw CLI::ValidationError("-o", "- writes one document to standard output; give one FILE");
     }
-    if (!options.output.empty() && options.inputs.size() > 1 && !format.isPDF()) {
+    if (!options.output.empty() && options.inputs.size() > 1 && !format.holdsPages()) {
         throw CLI::ValidationError("-o", "names one " + format.extension +
                                              " for one document; use --out-dir DIR for several, or a .pdf "
                                              "for a page each");

@@ -88,8 +88,13 @@ RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::pat
 
 Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
                     const SizeRequest& size) {
-    if (format.isPDF()) return drawPDF({pageOf(document, size)});
-    return encodeBitmap(*document, *format.bitmapType, size);
+    struct Encode {
+        const std::shared_ptr<const OverlayGen>& document;
+        const SizeRequest& size;
+        Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, size); }
+        Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, size)}); }
+    };
+    return std::visit(Encode{document, size}, format.kind);
 }
 
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
