@@ -8,8 +8,7 @@ void drawSketch(CGContext& context, const Sketch& sketch) {
 }
 
 void fitSketch(CGContext& context, const Sketch& sketch, double targetWidth, double targetHeight) {
-    Size page = sketch.size();
-    fitPage(context, CGSize{page.width, page.height}, CGSize{targetWidth, targetHeight});
+    fitPage(context, sketch.size().cg(), CGSize{targetWidth, targetHeight});
 }
 
 void fitPage(CGContext& context, CGSize page, CGSize target) {

@@ -28,8 +28,7 @@ QLPreviewReply PreviewProvider::reply(const QLFilePreviewRequest& request) {
 QLPreviewReply PreviewProvider::previewReply(std::shared_ptr<const OverlayGen> document) {
     // The drawing block outlives this call and may be copied: it shares the
     // document, which is not copyable.
-    Size size = document->size();
-    return QLPreviewReply(CGSize{size.width, size.height}, false,
+    return QLPreviewReply(document->size().cg(), false,
                           [document](CGContext& context, const QLPreviewReply&) { drawSketch(context, *document); });
 }
 

@@ -50,7 +50,7 @@ PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequ
 
 Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const SizeRequest& size) {
     if (size.keepsCanvasSize()) return CoreGraphicsRenderer(document).render(type);
-    CGSize canvas{document.size().width, document.size().height};
+    CGSize canvas = document.size().cg();
     CGSize pixels = requestedPixelSize(canvas, size);
     CoreGraphicsRenderer renderer(static_cast<std::int64_t>(pixels.width), static_cast<std::int64_t>(pixels.height),
                                   nullptr, false);

@@ -54,6 +54,8 @@ TEST(SizeTest, MarginDerivedValuesAndDrawingArea) {
     EXPECT_EQ(area.width, 90);
     EXPECT_EQ(area.height, 40);
     EXPECT_EQ(area.rotation, Angle());
+    EXPECT_EQ(size.cg(), (CGSize{100, 50})) << "the margin is dropped";
+    EXPECT_EQ(size.ns(), size.cg());
 
     const Size cramped(10, 20, 8);  // nothing is clamped
     EXPECT_EQ(cramped.marginWidth(), -6);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Graphics2/CGContext.hpp>
 #include <Graphics2/Rectangle.hpp>
 #include <Graphics2/Vector.hpp>
 #include <Platform/Coding.hpp>
@@ -40,6 +41,10 @@ struct Size {
     double maxY() const;
     // The drawing area inside the margin, centred on the page.
     Rectangle boundingBox() const;
+    // The page as the drawing context's size type; the margin is dropped.
+    // `ns` is the same value under the platform's other name for it.
+    CGSize cg() const { return {width, height}; }
+    CGSize ns() const { return cg(); }
 
     // Keys "width", "height", "margin", all required.
     static Size decode(const Decoder& decoder);
