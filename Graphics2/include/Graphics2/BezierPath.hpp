@@ -1,6 +1,9 @@
 #pragma once
 
 #include <Graphics2/Vector.hpp>
+#include <Platform/XML.hpp>
+
+#include <optional>
 
 #include <initializer_list>
 #include <utility>
@@ -38,6 +41,13 @@ struct BezierPath {
     // The halves before and after t, each with as many points as this one.
     // Both come back styled as curves whatever this one's style is.
     std::pair<BezierPath, BezierPath> splitCurve(double t) const;
+
+    // Up to four points: a "path" of M and Q/C data, written as given even
+    // where SVG finds it malformed. More: the curve sampled at 0.01 as a
+    // "polyline".
+    std::optional<XMLElement> svgElement() const;
+    // A "g" of the control polygon and the curve.
+    std::optional<XMLElement> debugSVG() const;
 
     friend bool operator==(const BezierPath&, const BezierPath&) = default;
 };
