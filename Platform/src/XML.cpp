@@ -123,6 +123,13 @@ std::vector<XMLElement> XMLElement::children() const {
 
 std::size_t XMLElement::childCount() const { return xmlChildElementCount(asNode(node_)); }
 
+bool XMLElement::hasOnlyElementChildren() const {
+    for (xmlNodePtr child = asNode(node_)->children; child; child = child->next) {
+        if (child->type != XML_ELEMENT_NODE) return false;
+    }
+    return true;
+}
+
 std::string XMLElement::text() const { return takeXML(xmlNodeGetContent(asNode(node_))); }
 
 XMLElement XMLElement::detach() {

@@ -26,12 +26,14 @@ TEST(XMLTest, ChildrenMoveBetweenParentsAndOutliveTheirFirstParent) {
         group.addChild(XMLElement("line"));
         group.addText("  ");
         ASSERT_EQ(group.childCount(), 2u);
+        EXPECT_FALSE(group.hasOnlyElementChildren());
         detached = group.children()[1].detach();
         EXPECT_EQ(group.xmlString(), "<g><circle/>  </g>");
         std::vector<XMLElement> replacement;
         replacement.emplace_back("rect");
         group.replaceChildren(std::move(replacement));
         EXPECT_EQ(group.xmlString(), "<g><rect/></g>");
+        EXPECT_TRUE(group.hasOnlyElementChildren());
     }
     detached.addAttribute("x1", "0.0");
     EXPECT_EQ(detached.xmlString(), R"(<line x1="0.0"/>)");

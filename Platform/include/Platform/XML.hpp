@@ -39,6 +39,8 @@ public:
     // The element children, in order (text nodes are left out).
     std::vector<XMLElement> children() const;
     std::size_t childCount() const;  // element children only
+    // False when a text node sits among the children.
+    bool hasOnlyElementChildren() const;
     // The concatenated text of the element and its descendants.
     std::string text() const;
 
