@@ -22,5 +22,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/VantelConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/VantelConfig.cmake ${PROJECT_BINARY_DIR}/VantelConfigVersion.cmake
         DESTINATION ${VANTEL_CMAKE_DIR} COMPONENT sdk)
 
+# The .pc file finds the prefix from its own place, so that
+# `cmake --install --prefix` anywhere gives a working file.
+file(RELATIVE_PATH VANTEL_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vantel.pc.in ${PROJECT_BINARY_DIR}/vantel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vantel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT sdk)

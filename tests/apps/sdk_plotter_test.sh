@@ -11,7 +11,8 @@ make_workdir
 
 "$CMAKE" --install "$BUILD_DIR" --prefix "$WORK/prefix" > "$WORK/install.log" 2>&1 ||
   { cat "$WORK/install.log"; fail "cmake --install failed"; }
-[ -f "$WORK/prefix/lib/pkgconfig/vantel.pc" ] || fail "no pkg-config file installed"
+PKG_CONFIG_PATH="$WORK/prefix/lib/pkgconfig" pkg-config --cflags vantel | grep -q -- "-I$WORK/prefix/lib/pkgconfig/../../include" ||
+  fail "vantel.pc does not point into the prefix it was installed to"
 "$CMAKE" -S "$SOURCE_DIR/examples/plotter" -B "$WORK/plotter" -DCMAKE_PREFIX_PATH="$WORK/prefix" \
   > "$WORK/configure.log" 2>&1 || { cat "$WORK/configure.log"; fail "find_package(Vantel) failed"; }
 "$CMAKE" --build "$WORK/plotter" > "$WORK/build.log" 2>&1 || { cat "$WORK/build.log"; fail "plotter does not build"; }
