@@ -7,7 +7,9 @@ function(vantel_module name)
   if(NOT sources)
     # A module whose code has not arrived yet still takes part in the graph.
     add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR}/include)
+    target_include_directories(${name} INTERFACE
+      $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
+      $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     target_link_libraries(${name} INTERFACE ${ARG_PUBLIC_DEPS})
     return()
   endif()

@@ -16,6 +16,8 @@ packages=(
   # end-to-end thumbnailer tests: a real consumer (tumblerd on a private
   # session bus), MIME lookup, GNOME's sandbox
   tumbler dbus-daemon dbus-bin libglib2.0-bin shared-mime-info bubblewrap
+  # the SDK test: Inkscape reads the layers of the plotter example's SVG
+  inkscape
 )
 
 missing=()

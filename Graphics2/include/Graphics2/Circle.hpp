@@ -3,6 +3,9 @@
 #include <Graphics2/Angle.hpp>
 #include <Graphics2/Rectangle.hpp>
 #include <Graphics2/Vector.hpp>
+#include <Platform/XML.hpp>
+
+#include <optional>
 
 namespace vantel {
 
@@ -20,6 +23,9 @@ struct Circle {
     Vector pointAt(Angle angle) const;
     // Parameter t maps to t × π radians: 0...1 covers half the circle.
     Vector pointOnPerimeter(double t) const;
+
+    // The shape as an SVG element with a black stroke (SVGElements.cpp).
+    std::optional<XMLElement> svgElement() const;
     Rectangle boundingBox() const;
 };
 

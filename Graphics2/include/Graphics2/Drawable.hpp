@@ -5,6 +5,7 @@
 #include <Graphics2/DrawingContext.hpp>
 #include <Graphics2/EmptyDrawable.hpp>
 #include <Platform/ContainerTraits.hpp>
+#include <Platform/XML.hpp>
 
 #include <concepts>
 #include <memory>
@@ -24,6 +25,14 @@ template <class T>
 concept DrawsGenerically = requires(const T& value, DrawingContext& context) { value.draw(context); };
 template <class T>
 concept DrawsRaster = requires(const T& value, CGContext& context) { value.draw(context); };
+template <class T>
+concept DrawsSVG = requires(const T& value) {
+    { value.svgElement() } -> std::same_as<std::optional<XMLElement>>;
+};
+template <class T>
+concept DrawsSVGDebug = requires(const T& value) {
+    { value.debugSVG() } -> std::same_as<std::optional<XMLElement>>;
+};
 template <class T>
 concept DrawsRasterDebug = requires(const T& value, CGContext& context) { value.debugDraw(context); };
 
@@ -50,6 +59,10 @@ concept DrawableValue = !std::same_as<T, Drawable> && std::is_class_v<T> &&
 //                                     whole, to context.addShape;
 //   void draw(CGContext&) const       makes it a raster drawable;
 //   void debugDraw(CGContext&) const  optional; defaults to the raster draw.
+//   std::optional<XMLElement> svgElement() const
+//                                     makes it an SVG drawable;
+//   std::optional<XMLElement> debugSVG() const
+//                                     optional; defaults to svgElement().
 // The held value is immutable and shared, so copies are cheap and may be
 // drawn from several threads at once.
 class Drawable {
@@ -67,6 +80,11 @@ public:
     // Both do nothing when the held type is not a raster drawable.
     void draw(CGContext& context) const { model_->drawRaster(context); }
     void debugDraw(CGContext& context) const { model_->debugDraw(context); }
+
+    bool isSVGDrawable() const { return model_->isSVGDrawable(); }
+    // Both are absent when the held type is not an SVG drawable.
+    std::optional<XMLElement> svgElement() const { return model_->svgElement(); }
+    std::optional<XMLElement> debugSVG() const { return model_->debugSVG(); }
 
     // The held value when it is exactly a T, else null.
     template <class T>
@@ -90,6 +108,9 @@ private:
         virtual bool isCGDrawable() const = 0;
         virtual void drawRaster(CGContext& context) const = 0;
         virtual void debugDraw(CGContext& context) const = 0;
+        virtual bool isSVGDrawable() const = 0;
+        virtual std::optional<XMLElement> svgElement() const = 0;
+        virtual std::optional<XMLElement> debugSVG() const = 0;
         virtual const std::type_info& type() const = 0;
         virtual const void* address() const = 0;
         virtual std::string typeName() const = 0;
@@ -113,6 +134,15 @@ private:
         void debugDraw(CGContext& context) const override {
             if constexpr (detail::DrawsRasterDebug<T>) value.debugDraw(context);
             else drawRaster(context);
+        }
+        bool isSVGDrawable() const override { return detail::DrawsSVG<T>; }
+        std::optional<XMLElement> svgElement() const override {
+            if constexpr (detail::DrawsSVG<T>) return value.svgElement();
+            else return std::nullopt;
+        }
+        std::optional<XMLElement> debugSVG() const override {
+            if constexpr (detail::DrawsSVGDebug<T>) return value.debugSVG();
+            else return svgElement();
         }
         const std::type_info& type() const override { return typeid(T); }
         const void* address() const override { return &value; }

@@ -26,6 +26,9 @@ struct GroupDrawable {
     // Members' raster drawing only (never their debug drawing), without
     // saving state: whatever one member leaves in the context the next sees.
     void draw(CGContext& context) const;
+    // One member: its element, unwrapped. More: a "g" of the members that
+    // yield elements. An empty group is a programming error.
+    std::optional<XMLElement> svgElement() const;
 };
 
 }  // namespace vantel

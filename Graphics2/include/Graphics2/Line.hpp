@@ -3,6 +3,9 @@
 #include <Graphics2/Angle.hpp>
 #include <Graphics2/CGContext.hpp>
 #include <Graphics2/Vector.hpp>
+#include <Platform/XML.hpp>
+
+#include <optional>
 
 namespace vantel {
 
@@ -28,6 +31,9 @@ struct Line {
     // The point at distance d from start towards end.
     Vector pointAt(double d) const;
     Vector pointOnPerimeter(double t) const;
+
+    // The shape as an SVG element with a black stroke (SVGElements.cpp).
+    std::optional<XMLElement> svgElement() const;
     Vector lerp(double t) const;
 
     // One stroked segment; the context's state is left as it was, the path empty.

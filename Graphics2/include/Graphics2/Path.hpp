@@ -2,6 +2,9 @@
 
 #include <Graphics2/Rectangle.hpp>
 #include <Graphics2/Vector.hpp>
+#include <Platform/XML.hpp>
+
+#include <optional>
 
 #include <functional>
 #include <initializer_list>
@@ -29,6 +32,9 @@ struct Path {
     double length() const;
     Rectangle boundingBox() const;
     Vector pointOnPerimeter(double t) const;
+
+    // The shape as an SVG element with a black stroke (SVGElements.cpp).
+    std::optional<XMLElement> svgElement() const;
     Vector lerp(double t) const;
 
     friend bool operator==(const Path&, const Path&) = default;

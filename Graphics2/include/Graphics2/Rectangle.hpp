@@ -3,6 +3,9 @@
 #include <Graphics2/Angle.hpp>
 #include <Graphics2/CGContext.hpp>
 #include <Graphics2/Vector.hpp>
+#include <Platform/XML.hpp>
+
+#include <optional>
 
 #include <vector>
 
@@ -36,6 +39,9 @@ struct Rectangle {
     // Walks the open outline: the edge from the last corner back to the
     // first is not part of the walk.
     Vector pointOnPerimeter(double t) const;
+
+    // The shape as an SVG element with a black stroke (SVGElements.cpp).
+    std::optional<XMLElement> svgElement() const;
 
     // The unrotated rectangle with its corner at centre minus half size.
     CGRect makeCGRect() const;

@@ -22,6 +22,10 @@ struct StyledShape {
     // it is a raster drawable, and restores, so nothing leaks to later shapes.
     // The styled shape itself neither fills nor strokes.
     void draw(CGContext& context) const;
+    // The inner shape's element with the style added after its own
+    // attributes (to each child of a group instead). The shape's own
+    // stroke and fill stay, since the first value of an attribute wins.
+    std::optional<XMLElement> svgElement() const;
 };
 
 }  // namespace vantel

@@ -1,0 +1,78 @@
+#include <Graphics2/PerlinGenerator.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+using vantel::PerlinGenerator;
+
+namespace {
+
+// A table whose entry i is i / 4096, so every read names its index.
+void fillWithIndices(PerlinGenerator& generator) {
+    for (std::size_t i = 0; i < generator.perlin.size(); ++i) generator.perlin[i] = static_cast<double>(i) / 4096.0;
+}
+
+double ease(double f) { return 0.5 * (1.0 - std::cos(f * std::numbers::pi)); }
+
+}  // namespace
+
+TEST(PerlinTest, FreshGeneratorsHoldDistinctUnitTables) {
+    PerlinGenerator a, b;
+    ASSERT_EQ(a.perlin.size(), 4096u);
+    for (double v : a.perlin) ASSERT_TRUE(v >= 0.0 && v <= 1.0);
+    EXPECT_NE(a.noise(3.3, 1.7, 0.2), b.noise(3.3, 1.7, 0.2));
+    EXPECT_EQ(&PerlinGenerator::shared(), &PerlinGenerator::shared());
+    EXPECT_EQ(a.yWrap(), 16);
+    EXPECT_EQ(a.zWrap(), 256);
+    EXPECT_EQ(a.size(), 4095);
+}
+
+TEST(PerlinTest, NoiseIsMirroredAndStaysInRange) {
+    PerlinGenerator generator;
+    for (double x : {0.0, 0.3, 1.5, 17.25, 400.75}) {
+        double value = generator.noise(x, 2.5, 0.75);
+        EXPECT_EQ(generator.noise(-x, 2.5, 0.75), value);
+        EXPECT_EQ(generator.noise(x, -2.5, 0.75), value);
+        EXPECT_EQ(generator.noise(x, 2.5, -0.75), value);
+        EXPECT_GE(value, 0.0);
+        EXPECT_LE(value, 0.75);
+    }
+}
+
+TEST(PerlinTest, LatticePointsReadTheTableAndZeroOctavesGiveZero) {
+    PerlinGenerator generator;
+    fillWithIndices(generator);
+    generator.octives = 1;
+    EXPECT_DOUBLE_EQ(generator.noise(3, 2, 1), 0.5 * (3 + 32 + 256) / 4096.0);
+    // The offset wraps through the mask.
+    EXPECT_DOUBLE_EQ(generator.noise(4095, 0, 1), 0.5 * ((4095 + 256) & 4095) / 4096.0);
+    generator.octives = 0;
+    EXPECT_EQ(generator.noise(1.5, 2.5, 3.5), 0.0);
+}
+
+TEST(PerlinTest, SecondOctaveRaisesTheXFractionByTwo) {
+    PerlinGenerator generator;
+    fillWithIndices(generator);
+    double xf = 0.25;
+    auto along = [](double from, double to, double w) { return from + w * (to - from); };
+    // y and z are 0, so each octave reads the row at its x lattice only.
+    double first = along(0.0, 1.0, ease(xf)) / 4096.0;
+    // Second octave: lattice 0 × 2 = 0, fraction 2.25, carried once to lattice 1, 1.25.
+    double second = along(1.0, 2.0, ease(xf + 1.0)) / 4096.0;
+    EXPECT_DOUBLE_EQ(generator.noise(xf, 0, 0), 0.5 * first + 0.25 * second);
+}
+
+using PerlinDeathTest = ::testing::Test;
+
+TEST(PerlinDeathTest, ProgrammingErrorsStopTheProcess) {
+    PerlinGenerator generator;
+    EXPECT_DEATH(generator.noise(std::nan(""), 0, 0), "no 64-bit integer floor");
+    EXPECT_DEATH(generator.noise(0, std::numeric_limits<double>::infinity(), 0), "no 64-bit integer floor");
+    EXPECT_DEATH(generator.noise(0, 0, 1e19), "no 64-bit integer floor");
+    EXPECT_DEATH(generator.noise(9.2e18, 1e17, 0), "overflows");
+    generator.octives = -1;
+    EXPECT_DEATH(generator.noise(1, 1, 1), "negative octave count");
+}
