@@ -2,7 +2,7 @@
 # Whole-process comparison: `vantel render` to PNG against rsvg-convert drawing
 # the equivalent plain SVG, at 1920x1080 and 3840x2160 (examples/sample.aspectratio
 # and the same picture scaled by two), then peak memory and a pixel check that
-# both tools drew the same picture.
+# both tools drew the same picture, and the two files' sizes.
 #
 # Timed per size, in one hyperfine run so the figures share the machine's state:
 #   vantel render   the picture as plain SVG can express it (clearParent off)
@@ -70,4 +70,8 @@ for factor in 1 2; do
        "one bitmap is $(( 4 * 1920 * 1080 * factor * factor / 1024 )) KiB"
   echo -n "same picture? vantel against rsvg-convert: "
   /usr/bin/python3 "$here/png_difference.py" "$work/vantel-$label.png" "$work/rsvg-$label.png" 4
+  vantel_size=$(stat -c %s "$work/vantel-$label.png")
+  rsvg_size=$(stat -c %s "$work/rsvg-$label.png")
+  echo "file size (bytes): vantel $vantel_size, rsvg-convert $rsvg_size," \
+       "ratio $(awk -v a="$vantel_size" -v b="$rsvg_size" 'BEGIN { printf "%.2f", a / b }')"
 done

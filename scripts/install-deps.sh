@@ -13,6 +13,8 @@ packages=(
   clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes
   poppler-utils
+  # bench/compare_rsvg.sh: timing, and the reference renderer it is measured against
+  hyperfine librsvg2-bin
   # end-to-end thumbnailer tests: a real consumer (tumblerd on a private
   # session bus), MIME lookup, GNOME's sandbox
   tumbler dbus-daemon dbus-bin libglib2.0-bin shared-mime-info bubblewrap

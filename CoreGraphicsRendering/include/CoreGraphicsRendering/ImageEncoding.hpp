@@ -32,11 +32,14 @@ std::string fileExtension(NSBitmapImageFileType type);
 Data encodeImage(const ImageView& image, NSBitmapImageFileType type);
 
 // PNG at a chosen zlib level (0...9), for measuring; encodeImage uses
-// defaultPNGCompressionLevel. Measured on overlays (bench/png_encode_bench):
-// levels 1 to 3 are equally fast and within 3% in size; 4 and above take
-// twice the time for files a third the size (a 1920x1080 overlay: 43 KB at
-// level 1, 13 KB at 6), and 9 ten times the time on busy pictures.
-inline constexpr int defaultPNGCompressionLevel = 1;
+// defaultPNGCompressionLevel. Levels 1 to 3 match greedily and leave overlay
+// pictures three to four times larger (a 1920x1080 overlay: 44 KB at level
+// 1, 14 KB at 4, 13.4 KB at 9); level 4 is the first with lazy matching and
+// the cheapest that keeps files within 1.25x of what rsvg-convert writes,
+// for about 1.5 to 2 times level 1's encoding time. libdeflate needs the
+// whole filtered picture in memory and, at its levels that match the speed,
+// misses that size at 3840x2160. See docs/performance.md.
+inline constexpr int defaultPNGCompressionLevel = 4;
 Data encodePNG(const ImageView& image, int compressionLevel = defaultPNGCompressionLevel);
 
 }  // namespace vantel
