@@ -51,6 +51,15 @@ GdkRectangle screenArea(GtkWidget* widget) {
     return area;
 }
 
+void styleProblemBar(GtkWidget* bar) {
+    GtkCssProvider* style = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(
+        style, "label.problem-bar { background: rgba(120, 0, 0, 0.9); color: white; padding: 6px 10px; }", -1);
+    gtk_style_context_add_provider_for_display(gtk_widget_get_display(bar), GTK_STYLE_PROVIDER(style),
+                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(style);
+}
+
 }  // namespace
 
 PreviewWindow::PreviewWindow(GtkApplication* application, std::filesystem::path file) {
@@ -77,14 +86,18 @@ void PreviewWindow::buildWidgets(GtkApplication* application) {
     problemBar_ = gtk_label_new("");
     gtk_label_set_wrap(GTK_LABEL(problemBar_), TRUE);
     gtk_label_set_selectable(GTK_LABEL(problemBar_), TRUE);
-    gtk_widget_add_css_class(problemBar_, "error");
-    gtk_widget_set_margin_top(problemBar_, 6);
-    gtk_widget_set_margin_bottom(problemBar_, 6);
+    gtk_label_set_xalign(GTK_LABEL(problemBar_), 0);
     gtk_widget_set_visible(problemBar_, FALSE);
-    GtkWidget* column = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-    gtk_box_append(GTK_BOX(column), scroller_);
-    gtk_box_append(GTK_BOX(column), problemBar_);
-    gtk_window_set_child(GTK_WINDOW(window_), column);
+    gtk_widget_set_valign(problemBar_, GTK_ALIGN_END);
+    gtk_widget_set_halign(problemBar_, GTK_ALIGN_FILL);
+    gtk_widget_add_css_class(problemBar_, "problem-bar");
+    styleProblemBar(problemBar_);
+    // The bar floats over the picture, so that showing it does not move or
+    // shrink the last good picture.
+    GtkWidget* overlay = gtk_overlay_new();
+    gtk_overlay_set_child(GTK_OVERLAY(overlay), scroller_);
+    gtk_overlay_add_overlay(GTK_OVERLAY(overlay), problemBar_);
+    gtk_window_set_child(GTK_WINDOW(window_), overlay);
     GtkEventController* keys = gtk_event_controller_key_new();
     g_signal_connect(keys, "key-pressed", G_CALLBACK(keyCallback), this);
     gtk_widget_add_controller(window_, keys);
