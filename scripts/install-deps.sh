@@ -11,7 +11,7 @@ packages=(
   python3 python3-plist
   # vantel-preview, and driving its window in the tests: a headless X server,
   # screenshots, keys, the desktop database
-  libgtk-4-dev xvfb xauth x11-apps xdotool desktop-file-utils xdg-utils
+  libgtk-4-dev xvfb xauth x11-apps xdotool desktop-file-utils xdg-utils libglib2.0-bin
   # make fuzz: libFuzzer ships with clang's runtime libraries
   clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes
