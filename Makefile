@@ -67,6 +67,7 @@ fuzz: deps
 install-user: build
 	@cmake --install $(BUILD) --prefix $(HOME)/.local
 	@update-mime-database $(HOME)/.local/share/mime
+	@! command -v update-desktop-database >/dev/null || update-desktop-database $(HOME)/.local/share/applications
 
 clean:
 	@rm -rf $(BUILD) build-sanitize build-tsan $(FUZZ_BUILD) *.configure.log

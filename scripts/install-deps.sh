@@ -9,6 +9,9 @@ packages=(
   libcairo2-dev libdeflate-dev libtiff-dev libgif-dev libjpeg62-turbo-dev libopenjp2-7-dev
   libpng-dev libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-plist
+  # vantel-preview, and driving its window in the tests: a headless X server,
+  # screenshots, keys, the desktop database
+  libgtk-4-dev xvfb xauth x11-apps xdotool desktop-file-utils xdg-utils libglib2.0-bin
   # make fuzz: libFuzzer ships with clang's runtime libraries
   clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes

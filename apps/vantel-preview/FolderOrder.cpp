@@ -1,0 +1,35 @@
+#include "FolderOrder.hpp"
+
+#include <algorithm>
+#include <system_error>
+
+namespace vantel::preview {
+
+bool documentPrecedes(const std::filesystem::path& a, const std::filesystem::path& b) {
+    return a.filename().string() < b.filename().string();
+}
+
+std::vector<std::filesystem::path> documentsInFolder(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> documents;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        if (entry.path().extension() == ".aspectratio" && !entry.is_directory(error)) {
+            documents.push_back(entry.path());
+        }
+    }
+    std::sort(documents.begin(), documents.end(), documentPrecedes);
+    return documents;
+}
+
+std::filesystem::path neighbourDocument(const std::filesystem::path& current, int step) {
+    std::filesystem::path folder = current.parent_path().empty() ? "." : current.parent_path();
+    std::vector<std::filesystem::path> documents = documentsInFolder(folder);
+    auto found = std::find_if(documents.begin(), documents.end(),
+                              [&](const auto& path) { return path.filename() == current.filename(); });
+    if (found == documents.end()) return current;
+    auto count = static_cast<std::ptrdiff_t>(documents.size());
+    std::ptrdiff_t index = ((found - documents.begin()) + step % count + count) % count;
+    return documents[static_cast<std::size_t>(index)];
+}
+
+}  // namespace vantel::preview

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <VantelPreview/QLPreviewReply.hpp>
+
+#include <gtk/gtk.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace vantel::preview {
+
+// One window showing one document at a time. It plays the preview host: it
+// reads and checks the document, asks the preview provider for the reply and
+// runs the reply's drawing into the widget's cairo context, fitted and
+// centred over a checkerboard. It watches the file and redraws when an editor
+// saves it; a save that breaks the document keeps the last good picture and
+// shows the problem in a bar at the bottom.
+class PreviewWindow {
+public:
+    PreviewWindow(GtkApplication* application, std::filesystem::path file);
+    PreviewWindow(const PreviewWindow&) = delete;
+    PreviewWindow& operator=(const PreviewWindow&) = delete;
+    ~PreviewWindow();
+
+    void present();
+
+private:
+    void buildWidgets(GtkApplication* application);
+    void show(std::filesystem::path file);
+    void reload();
+    void watchFile();
+    void scheduleReload();
+    void updateTitle();
+    void sizeToCanvas();
+    void showProblem(const std::string& line);
+    void setActualSize(bool actualSize);
+    void copyPicture();
+    bool handleKey(guint keyval, GdkModifierType state);
+    void draw(cairo_t* cairo, int width, int height) const;
+
+    static void drawCallback(GtkDrawingArea*, cairo_t* cairo, int width, int height, gpointer self);
+    static gboolean keyCallback(GtkEventControllerKey*, guint keyval, guint, GdkModifierType state, gpointer self);
+    static void fileChangedCallback(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent, gpointer self);
+    static gboolean reloadTimeout(gpointer self);
+
+    std::filesystem::path file_;
+    std::optional<QLPreviewReply> reply_;  // the last good document's
+    bool actualSize_ = false;
+    GtkWidget* window_ = nullptr;
+    GtkWidget* scroller_ = nullptr;
+    GtkWidget* canvas_ = nullptr;
+    GtkWidget* problemBar_ = nullptr;
+    GFileMonitor* monitor_ = nullptr;
+    guint pendingReload_ = 0;
+};
+
+}  // namespace vantel::preview

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# xdg-open on a document, with the launcher, the MIME type and their
+# databases installed into a temporary prefix, starts vantel-preview and its
+# window appears. usage (under xvfb-run): preview_xdg_open_test.sh BUILD_DIR SOURCE_DIR
+set -euo pipefail
+build=$1
+source=$2
+prefix=$(mktemp -d)
+trap '[ -n "${pid:-}" ] && kill "$pid" 2>/dev/null; rm -rf "$prefix"' EXIT
+cmake --install "$build" --prefix "$prefix" > /dev/null
+update-desktop-database "$prefix/share/applications"
+export XDG_DATA_HOME=$prefix/share XDG_DATA_DIRS=$prefix/share:/usr/share XDG_CONFIG_HOME=$prefix/config
+export PATH=$prefix/bin:$PATH
+# As on GNOME, xdg-open hands the file to GLib, which reads the MIME and
+# desktop databases of XDG_DATA_HOME.
+export XDG_CURRENT_DESKTOP=GNOME
+cp "$source/examples/sample.aspectratio" "$prefix/opened.aspectratio"
+gio info -a standard::content-type "$prefix/opened.aspectratio" | grep -q application/x-vantel-aspect-ratio ||
+  { echo "FAIL: the document's type is not recognised"; exit 1; }
+xdg-open "$prefix/opened.aspectratio" &
+for _ in $(seq 100); do
+  pid=""
+  for candidate in $(pgrep -x vantel-preview || true); do  # only the one installed here
+    [[ $(readlink "/proc/$candidate/exe") == "$prefix"/* ]] && pid=$candidate
+  done
+  [ -n "$pid" ] && window=$(xdotool search --name opened.aspectratio 2>/dev/null | head -n1) && [ -n "$window" ] && {
+    echo ok; exit 0; }
+  sleep 0.1
+done
+echo "FAIL: xdg-open did not open a vantel-preview window"
+exit 1
