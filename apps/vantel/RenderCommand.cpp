@@ -1,6 +1,7 @@
 // vantel render FILE -o OUT [--format F]
 // vantel render FILE... --out-dir DIR [--format F] [--jobs N]
 
+#include "BackgroundOption.hpp"
 #include "BatchProgress.hpp"
 #include "CommandRegistry.hpp"
 #include "DocumentLoading.hpp"
@@ -26,6 +27,7 @@ struct RenderOptions {
     std::string output;
     std::string outDir;
     std::string format;
+    std::string background;
     unsigned jobs = 0;  // 0: one per core
 };
 
@@ -92,13 +94,13 @@ unsigned threadCount(const RenderOptions& options, std::size_t jobs) {
 
 // Renders every job on up to `threads` workers taking the next job in turn.
 // Each document is read, laid out and drawn on the worker that took it.
-ExitCode renderAll(const std::vector<RenderJob>& jobs, const OutputFormat& format, unsigned threads,
-                   BatchProgress& progress) {
+ExitCode renderAll(const std::vector<RenderJob>& jobs, const OutputFormat& format,
+                   const std::optional<Color>& background, unsigned threads, BatchProgress& progress) {
     std::atomic<std::size_t> next{0};
     std::vector<ExitCode> codes(jobs.size(), ExitCode::ok);
     auto work = [&] {
         for (std::size_t i = next++; i < jobs.size(); i = next++) {
-            RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format);
+            RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format, background);
             codes[i] = outcome.code;
             if (outcome.ok()) {
                 progress.succeeded();
@@ -133,15 +135,16 @@ ExitCode makeFolder(const std::string& folder) {
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     const OutputFormat format = chosenFormat(options);
+    const std::optional<Color> background = chosenBackground(options.background);
     const std::vector<RenderJob> jobs = plannedJobs(options, format);
     if (!options.output.empty()) {
-        RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format);
+        RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format, background);
         reportProblems(outcome.problems);
         return outcome.code;
     }
     if (ExitCode made = makeFolder(options.outDir); made != ExitCode::ok) return made;
     BatchProgress progress(jobs.size(), BatchProgress::standardErrorIsTerminal(), std::cout, std::cerr);
-    ExitCode result = renderAll(jobs, format, threadCount(options, jobs.size()), progress);
+    ExitCode result = renderAll(jobs, format, background, threadCount(options, jobs.size()), progress);
     progress.finish();
     return result;
 }
@@ -174,6 +177,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
                         " (default: from the -o name; png with --out-dir)");
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
+    addBackgroundOption(*sub, options->background);
     sub->callback([options, &result] { result = runRender(*options); });
 });
 

@@ -45,7 +45,7 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 }
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format) {
+                         const OutputFormat& format, const std::optional<Color>& background) {
     LoadedDocument loaded;
     try {
         loaded = loadDocument(input);
@@ -53,6 +53,7 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
         return failure(ExitCode::badDocument, input.string() + ": cannot read: " + error.what());
     }
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
+    if (background) loaded.document->setBackgroundColor(*background);
     Data bytes;
     try {
         bytes = encodeDocument(std::make_shared<const OverlayGen>(std::move(*loaded.document)), format);

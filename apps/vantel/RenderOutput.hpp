@@ -13,6 +13,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,6 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format);
+                         const OutputFormat& format, const std::optional<Color>& background = std::nullopt);
 
 }  // namespace vantel::cli

@@ -8,6 +8,7 @@
 // the PNG through a descriptor it opened before the run, so OUTPUT is written
 // in place, under a lock, and only once the picture is whole in memory.
 
+#include "BackgroundOption.hpp"
 #include "CommandRegistry.hpp"
 #include "DocumentLoading.hpp"
 
@@ -30,6 +31,7 @@ struct ThumbnailOptions {
     int size = 256;
     std::string input;
     std::filesystem::path output;
+    std::string background;
 };
 
 // Largest SIZE accepted: far above the 1024 of the largest thumbnail flavour,
@@ -61,6 +63,7 @@ std::optional<Data> drawDocument(const std::filesystem::path& file, OverlayGen d
 }
 
 ExitCode runThumbnail(const ThumbnailOptions& options) {
+    const std::optional<Color> background = chosenBackground(options.background);
     std::optional<std::filesystem::path> file = inputPath(options.input);
     if (!file) {
         std::cerr << options.input << ": not a file path or a local file URI\n";
@@ -73,6 +76,7 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
+    if (background) loaded.document->setBackgroundColor(*background);
     std::string failure;
     std::optional<Data> png = drawDocument(*file, std::move(*loaded.document), options.size, failure);
     if (!png) {
@@ -99,6 +103,7 @@ CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
     command->add_option("INPUT", options->input, "The document: a path or a file:// URI")->required();
     command->add_option("OUTPUT", options->output, "Where the PNG goes (any name; written in place)")
         ->required();
+    addBackgroundOption(*command, options->background);
     command->callback([&result, options] { result = runThumbnail(*options); });
 });
 
