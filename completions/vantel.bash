@@ -33,14 +33,14 @@ _vantel() {
             COMPREPLY=($(compgen -f -- "$cur"))
             return
             ;;
-        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom) return ;;
+        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         local options="--help"
         case $command in
-            render) options+=" --output --out-dir --format --width --height --zoom --stretch --jobs" ;;
-            thumbnail) options+=" --size" ;;
+            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --jobs" ;;
+            thumbnail) options+=" --size --background" ;;
             info) options+=" --json" ;;
             new) options+=" --output --preset --binary --force" ;;
         esac

@@ -9,7 +9,7 @@ DocumentSource documentSource(const std::string& argument) {
     return argument == "-" ? DocumentSource::standardInput() : DocumentSource::file(argument);
 }
 
-CommandDocument readDocument(const DocumentSource& source, bool checks) {
+CommandDocument readDocument(const DocumentSource& source, bool checks, const std::optional<Color>& background) {
     CommandDocument result;
     LoadedDocument loaded;
     try {
@@ -20,6 +20,7 @@ CommandDocument readDocument(const DocumentSource& source, bool checks) {
         return result;
     }
     result.document = std::move(loaded.document);
+    if (result.document && background) result.document->setBackgroundColor(*background);
     if (loaded.failure != DocumentFailure::none) {
         result.failure = loaded.failure == DocumentFailure::unreadable ? ExitCode::ioFailure : ExitCode::badDocument;
     }

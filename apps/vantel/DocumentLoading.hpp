@@ -10,13 +10,14 @@
 #include <OverlayGenerator/DocumentLoading.hpp>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace vantel::cli {
 
 struct CommandDocument {
-    std::shared_ptr<const OverlayGen> document;  // present when it can be drawn
+    std::shared_ptr<OverlayGen> document;  // present when it can be drawn
     ExitCode failure = ExitCode::ok;             // why not, when absent
     std::vector<std::string> problems;           // one line each, naming the input
 
@@ -27,7 +28,9 @@ struct CommandDocument {
 DocumentSource documentSource(const std::string& argument);
 
 // `checks` false only decodes (for commands that describe bad documents too).
-CommandDocument readDocument(const DocumentSource& source, bool checks = true);
+// A background, when given, replaces the document's own (--background).
+CommandDocument readDocument(const DocumentSource& source, bool checks = true,
+                             const std::optional<Color>& background = std::nullopt);
 
 // Prints each line on standard error.
 void reportProblems(const std::vector<std::string>& lines);

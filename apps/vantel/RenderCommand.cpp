@@ -1,6 +1,7 @@
 // vantel render FILE -o OUT [--format F]
 // vantel render FILE... --out-dir DIR [--format F] [--jobs N]
 
+#include "BackgroundOption.hpp"
 #include "BatchProgress.hpp"
 #include "CommandRegistry.hpp"
 #include "DocumentLoading.hpp"
@@ -30,6 +31,7 @@ struct RenderOptions {
     std::string format;
     unsigned jobs = 0;  // 0: one per core
     SizeRequest size;
+    std::string background;
 };
 
 struct RenderJob {
@@ -109,13 +111,13 @@ unsigned threadCount(const RenderOptions& options, std::size_t jobs) {
 
 // Renders every job on up to `threads` workers taking the next job in turn.
 // Each document is read, laid out and drawn on the worker that took it.
-ExitCode renderAll(const std::vector<RenderJob>& jobs, const RenderOptions& options, const OutputFormat& format,
+ExitCode renderAll(const std::vector<RenderJob>& jobs, const DrawingChoices& choices, const OutputFormat& format,
                    unsigned threads, BatchProgress& progress) {
     std::atomic<std::size_t> next{0};
     std::vector<ExitCode> codes(jobs.size(), ExitCode::ok);
     auto work = [&] {
         for (std::size_t i = next++; i < jobs.size(); i = next++) {
-            RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format, options.size);
+            RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format, choices);
             codes[i] = outcome.code;
             if (outcome.ok()) {
                 progress.succeeded();
@@ -147,10 +149,10 @@ ExitCode makeFolder(const std::string& folder) {
     return ExitCode::ok;
 }
 
-ExitCode renderPages(const RenderOptions& options) {
+ExitCode renderPages(const RenderOptions& options, const DrawingChoices& choices) {
     std::vector<fs::path> inputs(options.inputs.begin(), options.inputs.end());
     for (const fs::path& input : inputs) refuseOverwritingInput({input, options.output});
-    RenderOutcome outcome = renderPDFPages(inputs, options.output, options.size);
+    RenderOutcome outcome = renderPDFPages(inputs, options.output, choices);
     reportProblems(outcome.problems);
     return outcome.code;
 }
@@ -158,18 +160,19 @@ ExitCode renderPages(const RenderOptions& options) {
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     checkSizeRequest(options.size);
+    const DrawingChoices choices{options.size, chosenBackground(options.background)};
     const OutputFormat format = chosenFormat(options);
     checkOneOutputForMany(options, format);
-    if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options);
+    if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options, choices);
     const std::vector<RenderJob> jobs = plannedJobs(options, format);
     if (!options.output.empty()) {
-        RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format, options.size);
+        RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format, choices);
         reportProblems(outcome.problems);
         return outcome.code;
     }
     if (ExitCode made = makeFolder(options.outDir); made != ExitCode::ok) return made;
     BatchProgress progress(jobs.size(), BatchProgress::standardErrorIsTerminal(), std::cout, std::cerr);
-    ExitCode result = renderAll(jobs, options, format, threadCount(options, jobs.size()), progress);
+    ExitCode result = renderAll(jobs, choices, format, threadCount(options, jobs.size()), progress);
     progress.finish();
     return result;
 }
@@ -236,6 +239,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
         ->group("Input");
     addOutputOptions(*sub, *options);
     addSizeOptions(*sub, *options);
+    addBackgroundOption(*sub, options->background);
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
         ->check(CLI::Range(1u, 1024u))
         ->option_text("N")

@@ -98,11 +98,11 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 }
 
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
-                             const SizeRequest& size) {
+                             const DrawingChoices& choices) {
     std::vector<std::shared_ptr<const OverlayGen>> documents;
     RenderOutcome outcome;
     for (const std::filesystem::path& input : inputs) {
-        CommandDocument loaded = readDocument(documentSource(input));
+        CommandDocument loaded = readDocument(documentSource(input), true, choices.background);
         if (!loaded.ok()) {
             outcome.code = worse(outcome.code, loaded.failure);
             outcome.problems.insert(outcome.problems.end(), loaded.problems.begin(), loaded.problems.end());
@@ -113,17 +113,17 @@ RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, c
     if (!outcome.ok()) return outcome;
     return encodeAndWrite(output.string(), output, [&] {
         std::vector<PDFPage> pages;
-        for (const auto& document : documents) pages.push_back(pageOf(document, size));
+        for (const auto& document : documents) pages.push_back(pageOf(document, choices.size));
         return drawPDF(pages);
     });
 }
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format, const SizeRequest& size) {
+                         const OutputFormat& format, const DrawingChoices& choices) {
     DocumentSource source = documentSource(input);
-    CommandDocument loaded = readDocument(source);
+    CommandDocument loaded = readDocument(source, true, choices.background);
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
-    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, size); });
+    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices.size); });
 }
 
 }  // namespace vantel::cli

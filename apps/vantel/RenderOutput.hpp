@@ -14,6 +14,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,13 @@ namespace vantel::cli {
 
 // The name of standard input as an input, and of standard output as -o.
 inline const std::filesystem::path standardStream = "-";
+
+// How each document is drawn: at the size asked for, over the background
+// asked for (its own when none).
+struct DrawingChoices {
+    SizeRequest size;
+    std::optional<Color> background;
+};
 
 struct RenderOutcome {
     ExitCode code = ExitCode::ok;
@@ -38,10 +46,10 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 // canvas's size (or the size asked for). Every document is read and checked
 // before anything is written; a bad one fails the whole file. Never throws.
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
-                             const SizeRequest& size = {});
+                             const DrawingChoices& choices = {});
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
-                         const OutputFormat& format, const SizeRequest& size = {});
+                         const OutputFormat& format, const DrawingChoices& choices = {});
 
 }  // namespace vantel::cli

@@ -8,6 +8,7 @@
 // the PNG through a descriptor it opened before the run, so OUTPUT is written
 // in place, under a lock, and only once the picture is whole in memory.
 
+#include "BackgroundOption.hpp"
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
@@ -31,6 +32,7 @@ struct ThumbnailOptions {
     int size = 256;
     std::string input;
     std::filesystem::path output;
+    std::string background;
 };
 
 // Largest SIZE accepted: far above the 1024 of the largest thumbnail flavour,
@@ -67,9 +69,10 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
         std::cerr << options.input << ": not a file path or a local file URI\n";
         return ExitCode::badUsage;
     }
+    const std::optional<Color> background = chosenBackground(options.background);
     // Checked first, so that a document the libraries would refuse to draw
     // never reaches them.
-    CommandDocument loaded = readDocument(DocumentSource::file(*file));
+    CommandDocument loaded = readDocument(DocumentSource::file(*file), true, background);
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
@@ -114,6 +117,7 @@ CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
         ->required()
         ->option_text("OUTPUT")
         ->group("Output");
+    addBackgroundOption(*command, options->background);
     command->callback([&result, options] { result = runThumbnail(*options); });
 });
 

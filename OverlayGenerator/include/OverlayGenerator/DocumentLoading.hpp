@@ -60,7 +60,7 @@ public:
 };
 
 struct LoadedDocument {
-    std::shared_ptr<const OverlayGen> document;  // set when it passed
+    std::shared_ptr<OverlayGen> document;  // set when it passed; the host's to adjust before drawing
     DocumentFailure failure = DocumentFailure::none;
     // One line each, without the source's name: "cannot read: No such file
     // or directory", "ratios[0].weight: ...".

@@ -1,0 +1,89 @@
+#include <Graphics2/ColorText.hpp>
+
+#include <Platform/Fatal.hpp>
+#include <Platform/RegularExpression.hpp>
+#include <Platform/UnicodeText.hpp>
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+namespace vantel {
+
+namespace {
+
+// The capture holds digits, commas and points only; prefix and suffix text
+// around the first match is ignored on purpose.
+std::optional<std::string> rgbComponentsText(std::string_view text) {
+    static const std::optional<RegularExpression> rgbForm = RegularExpression::compile(R"(rgba?\(([\d,\.]+)\))");
+    if (!rgbForm) fatalError("the rgb() pattern does not compile");
+    std::optional<RegularExpression::Match> match = rgbForm->firstMatch(text, 0, utf16Length(text));
+    if (!match || !(*match)[1]) return std::nullopt;
+    return RegularExpression::substring(text, *(*match)[1]);
+}
+
+// Empty pieces are dropped and a piece that is not wholly a number (1.2.3)
+// is skipped; from_chars reads in the C locale whatever the process locale.
+std::vector<double> numbersBetweenCommas(std::string_view list) {
+    std::vector<double> numbers;
+    while (!list.empty()) {
+        size_t comma = list.find(',');
+        std::string_view piece = list.substr(0, comma);
+        double value = 0;
+        auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), value);
+        if (!piece.empty() && error == std::errc() && end == piece.data() + piece.size()) {
+            numbers.push_back(value);
+        }
+        list = comma == std::string_view::npos ? std::string_view() : list.substr(comma + 1);
+    }
+    return numbers;
+}
+
+// Counted the way Color::fromHexString counts before it stops the process:
+// user-perceived characters after trimming and dropping every "#".
+size_t hexCharactersAfterTrimming(std::string_view text) {
+    std::string digits;
+    for (char character : trimmingWhiteSpace(text)) {
+        if (character != '#') digits += character;
+    }
+    return graphemeCount(digits);
+}
+
+long scaled(double component) { return std::lround(component * 255); }
+
+}  // namespace
+
+Color colorFromText(std::string_view text) {
+    if (text.starts_with('#')) return Color::fromHexString(text);
+    if (text.starts_with("rgb")) {
+        std::optional<std::string> components = rgbComponentsText(text);
+        if (!components) return Color::black();
+        return Color::fromComponents(numbersBetweenCommas(*components));
+    }
+    return Color::named(text).value_or(Color::black());
+}
+
+bool isRecognisedColorText(std::string_view text) {
+    if (text.starts_with('#')) return hexCharactersAfterTrimming(text) >= 6;
+    if (text.starts_with("rgb")) return rgbComponentsText(text).has_value();
+    return Color::named(text).has_value();
+}
+
+std::string ColorFormatStyle::formatted(const Color& color) const {
+    char text[64];
+    switch (format) {
+        case Format::hex:
+            return color.toHex();
+        case Format::hexAlpha:
+            std::snprintf(text, sizeof text, "#%02lX%02lX%02lX%02lX", scaled(color.red), scaled(color.green),
+                          scaled(color.blue), scaled(color.alpha));
+            return text;
+        case Format::rgba:
+            return color.toRGBA();
+    }
+    return color.toHex();
+}
+
+}  // namespace vantel
