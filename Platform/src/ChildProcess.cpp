@@ -49,20 +49,20 @@ private:
 
 }  // namespace
 
-int startChildProcess(const ChildProcessSpec& spec) {
+int startChildProcess(const ChildProcessSetup& setup) {
     FileActions actions;
-    actions.redirect(spec.standardOutput, STDOUT_FILENO);
-    actions.redirect(spec.standardError, STDERR_FILENO);
-    if (spec.directory) actions.changeDirectory(*spec.directory);
-    std::vector<std::string> argv{spec.executable};
-    argv.insert(argv.end(), spec.arguments.begin(), spec.arguments.end());
-    std::vector<std::string> envp = spec.environment.value_or(std::vector<std::string>{});
+    actions.redirect(setup.standardOutput, STDOUT_FILENO);
+    actions.redirect(setup.standardError, STDERR_FILENO);
+    if (setup.directory) actions.changeDirectory(*setup.directory);
+    std::vector<std::string> argv{setup.executable};
+    argv.insert(argv.end(), setup.arguments.begin(), setup.arguments.end());
+    std::vector<std::string> envp = setup.environment.value_or(std::vector<std::string>{});
     std::vector<char*> argvPointers = pointers(argv);
     std::vector<char*> envpPointers = pointers(envp);
     pid_t child = 0;
-    int error = posix_spawn(&child, spec.executable.c_str(), actions.get(), nullptr, argvPointers.data(),
-                            spec.environment ? envpPointers.data() : environ);
-    if (error != 0) throwSystemError(error, "cannot start " + spec.executable);
+    int error = posix_spawn(&child, setup.executable.c_str(), actions.get(), nullptr, argvPointers.data(),
+                            setup.environment ? envpPointers.data() : environ);
+    if (error != 0) throwSystemError(error, "cannot start " + setup.executable);
     return child;
 }
 

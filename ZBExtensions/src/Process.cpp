@@ -66,14 +66,14 @@ void Pipe::printPipe() const {
 }
 
 void Task::launch() {
-    ChildProcessSpec spec;
-    spec.executable = launchPath.value_or("");
-    spec.arguments = arguments.value_or(std::vector<std::string>{});
-    spec.environment = environment;
-    if (currentDirectoryURL) spec.directory = currentDirectoryURL->path();
-    if (standardOutput) spec.standardOutput = standardOutput->fileHandleForWriting->descriptor();
-    if (standardError) spec.standardError = standardError->fileHandleForWriting->descriptor();
-    processId_ = startChildProcess(spec);
+    ChildProcessSetup setup;
+    setup.executable = launchPath.value_or("");
+    setup.arguments = arguments.value_or(std::vector<std::string>{});
+    setup.environment = environment;
+    if (currentDirectoryURL) setup.directory = currentDirectoryURL->path();
+    if (standardOutput) setup.standardOutput = standardOutput->fileHandleForWriting->descriptor();
+    if (standardError) setup.standardError = standardError->fileHandleForWriting->descriptor();
+    processId_ = startChildProcess(setup);
     // The child has its copies; ours would keep the pipes from ever ending.
     if (standardOutput) standardOutput->fileHandleForWriting->close();
     if (standardError) standardError->fileHandleForWriting->close();

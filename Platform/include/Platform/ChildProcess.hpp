@@ -11,7 +11,7 @@
 
 namespace vantel {
 
-struct ChildProcessSpec {
+struct ChildProcessSetup {
     std::string executable;                          // a path; not searched for on PATH
     std::vector<std::string> arguments;              // without the program's own name
     std::optional<std::vector<std::string>> environment;  // "NAME=value"; absent: this process's
@@ -28,7 +28,7 @@ struct ChildExit {
 
 // The child's process id. Throws std::system_error when it cannot be started
 // (no such program, not executable, no such directory).
-int startChildProcess(const ChildProcessSpec& spec);
+int startChildProcess(const ChildProcessSetup& setup);
 
 // Blocks until the child ends.
 ChildExit waitForChildProcess(int processId);
