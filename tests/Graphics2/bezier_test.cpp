@@ -35,6 +35,14 @@ TEST(BezierTest, SplitsIntoTwoCurvesWhateverTheStyle) {
     EXPECT_EQ(a.controlPoints, b.controlPoints);
 }
 
+TEST(ShapeTest, AsShapesIsTheShapeAlone) {
+    const BezierPath curve({Vector(0, 0, 1), Vector(1, 1, 1)}, BezierPath::Style::curve());
+    const std::vector<AnyShape> shapes = asShapes(curve);
+    ASSERT_EQ(shapes.size(), 1u);
+    ASSERT_TRUE(std::holds_alternative<BezierPath>(shapes[0]));
+    EXPECT_EQ(std::get<BezierPath>(shapes[0]).controlPoints, curve.controlPoints);
+}
+
 TEST(BezierDeathTest, EmptyControlPolygonStops) {
     EXPECT_DEATH(BezierPath().bezier(0.5), "at least one control point");
     EXPECT_DEATH(BezierPath().splitCurve(0.5), "at least one control point");

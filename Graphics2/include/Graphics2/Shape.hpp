@@ -10,6 +10,7 @@
 
 #include <concepts>
 #include <functional>
+#include <variant>
 #include <vector>
 
 namespace vantel {
@@ -20,6 +21,16 @@ template <class S>
 concept Shape = requires(const S& shape, double t) {
     { shape.pointOnPerimeter(t) } -> std::same_as<Vector>;
 };
+
+// Any one of the shapes, for collections that mix them.
+using AnyShape = std::variant<Rectangle, Circle, Line, Path, BezierPath>;
+
+// The shape itself as a collection of one, so that a shape and a shape made
+// of several can be handed to the same code.
+template <Shape S>
+std::vector<AnyShape> asShapes(const S& shape) {
+    return {AnyShape(shape)};
+}
 
 namespace detail {
 
