@@ -1,5 +1,7 @@
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 
+#include "PageSize.hpp"
+
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
 #include <Platform/Fatal.hpp>
@@ -62,19 +64,6 @@ cairo_status_t appendToData(void* closure, const unsigned char* bytes, unsigned 
     return CAIRO_STATUS_SUCCESS;
 }
 
-void checkPageSize(CGSize size) {
-    if (!std::isfinite(size.width) || !std::isfinite(size.height)) {
-        fatalError("PDF page size is not finite: " + numberText(size.width) + " x " + numberText(size.height));
-    }
-    if (size.width <= 0 || size.height <= 0) {
-        // Finite here; clamp so that the conversion is defined for any double.
-        auto whole = [](double side) {
-            return static_cast<std::int64_t>(std::fmax(-9.0e18, std::fmin(side, 9.0e18)));
-        };
-        throw RenderError::dimensionIsZero(whole(size.width), whole(size.height));
-    }
-}
-
 void checkSurface(cairo_surface_t* surface) {
     cairo_status_t status = cairo_surface_status(surface);
     if (status != CAIRO_STATUS_SUCCESS) throw CairoError(status);
@@ -105,7 +94,7 @@ Data drawPDF(CGSize pageSize, const std::function<void(CGContext&)>& draw) {
 
 Data drawPDF(const std::vector<PDFPage>& pages) {
     if (pages.empty()) throw RenderError::dimensionIsZero(0, 0);
-    for (const PDFPage& page : pages) checkPageSize(page.size);
+    for (const PDFPage& page : pages) checkPageSize(page.size, "PDF page");
     Data data;
     std::unique_ptr<cairo_surface_t, SurfaceRelease> surface(cairo_pdf_surface_create_for_stream(
         appendToData, &data, pages.front().size.width, pages.front().size.height));

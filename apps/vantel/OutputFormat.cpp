@@ -28,6 +28,7 @@ const std::vector<FormatName>& formatNames() {
         {"jpeg2000", BitmapOutput{NSBitmapImageFileType::jpeg2000}},
         {"jp2", BitmapOutput{NSBitmapImageFileType::jpeg2000}},
         {"pdf", PDFOutput{}},
+        {"svg", SVGOutput{}},
     };
     return names;
 }
@@ -59,7 +60,7 @@ std::optional<OutputFormat> OutputFormat::forFile(const std::filesystem::path& f
 }
 
 std::string OutputFormat::namesText() {
-    return "png, tiff (tif), bmp, gif, jpeg (jpg), jpeg2000 (jp2), pdf";
+    return "png, tiff (tif), bmp, gif, jpeg (jpg), jpeg2000 (jp2), pdf, svg";
 }
 
 }  // namespace vantel::cli

@@ -189,7 +189,10 @@ const char* const renderFooter =
     "--height alone the other side follows the canvas's aspect; with both the "
     "picture is fitted inside W x H, or fills it with --stretch. The drawing is "
     "scaled as a whole: bitmaps get that many pixels, PDF pages that many "
-    "points, still vector.\n"
+    "points, SVG pictures that many pixels, still vector.\n"
+    "SVG output draws the same picture as the bitmaps, as paths only: colours "
+    "with their alpha, stroke weights, and the holes of guides that clear what "
+    "lies beneath (as masks).\n"
     "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage, "
     "3 an input or output file could not be read or written (the most serious "
     "one when several files failed).";
@@ -227,7 +230,7 @@ void addSizeOptions(CLI::App& command, RenderOptions& options) {
 CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* sub =
-        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF");
+        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF or SVG");
     setUsageForms(sub, {"vantel render FILE -o OUT [--format F] [--width W] [--height H] [--zoom Z]",
                         "cat FILE | vantel render - -o - [--format F] > OUT",
                         "vantel render FILE... -o OUT.pdf",

@@ -5,6 +5,7 @@
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
+#include <CoreGraphicsRendering/SVGDocument.hpp>
 #include <Platform/FileIO.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 
@@ -37,7 +38,7 @@ RenderOutcome failure(ExitCode code, std::string line) { return {code, {std::mov
 namespace {
 
 // The preview's vector reply for the document, drawn on a page of the size
-// asked for.
+// asked for (a PDF page, or the SVG picture).
 PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequest& size) {
     auto reply = std::make_shared<QLPreviewReply>(PreviewProvider::previewReply(document));
     CGSize canvas = reply->contextSize;
@@ -93,6 +94,10 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
         const SizeRequest& size;
         Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, size); }
         Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, size)}); }
+        Data operator()(const SVGOutput&) const {
+            PDFPage page = pageOf(document, size);
+            return drawSVG(page.size, page.draw);
+        }
     };
     return std::visit(Encode{document, size}, format.kind);
 }

@@ -1,0 +1,251 @@
+#include <CoreGraphicsRendering/SVGDocument.hpp>
+
+#include "PageSize.hpp"
+
+#include <Graphics2/Color.hpp>
+#include <Graphics2/Numeric.hpp>
+#include <Graphics2/SVGElement.hpp>
+#include <Platform/XML.hpp>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace vantel {
+
+namespace {
+
+struct Point {
+    double x = 0;
+    double y = 0;
+};
+
+CGAffineTransform concatenated(const CGAffineTransform& first, const CGAffineTransform& then) {
+    return {first.a * then.a + first.b * then.c,
+            first.a * then.b + first.b * then.d,
+            first.c * then.a + first.d * then.c,
+            first.c * then.b + first.d * then.d,
+            first.tx * then.a + first.ty * then.c + then.tx,
+            first.tx * then.b + first.ty * then.d + then.ty};
+}
+
+Point applied(const CGAffineTransform& m, Point p) {
+    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
+}
+
+std::optional<CGAffineTransform> inverted(const CGAffineTransform& m) {
+    const double determinant = m.a * m.d - m.b * m.c;
+    if (determinant == 0 || !std::isfinite(determinant)) return std::nullopt;
+    return CGAffineTransform{m.d / determinant,
+                             -m.b / determinant,
+                             -m.c / determinant,
+                             m.a / determinant,
+                             (m.c * m.ty - m.d * m.tx) / determinant,
+                             (m.b * m.tx - m.a * m.ty) / determinant};
+}
+
+bool isFinite(const CGAffineTransform& m) {
+    for (double value : {m.a, m.b, m.c, m.d, m.tx, m.ty}) {
+        if (!std::isfinite(value)) return false;
+    }
+    return true;
+}
+
+// The shortest text that reads back as the same double: path data is most
+// of the file, and "10" is as exact as "10.0".
+std::string number(double value) {
+    std::array<char, 32> buffer{};
+    auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return std::string(buffer.data(), end);
+}
+
+std::string matrixText(const CGAffineTransform& m) {
+    return "matrix(" + number(m.a) + " " + number(m.b) + " " + number(m.c) + " " + number(m.d) + " " +
+           number(m.tx) + " " + number(m.ty) + ")";
+}
+
+std::string rectanglePath(const CGRect& rect) {
+    return "M" + number(rect.x) + " " + number(rect.y) + "h" + number(rect.width) + "v" + number(rect.height) +
+           "h" + number(-rect.width) + "Z";
+}
+
+bool isFinite(const CGRect& rect) {
+    return std::isfinite(rect.x) && std::isfinite(rect.y) && std::isfinite(rect.width) &&
+           std::isfinite(rect.height);
+}
+
+// Cairo clamps colour components to 0...1; so must the text.
+Color clampedColor(const Color& color) {
+    return {clamped(color.red, 0.0, 1.0), clamped(color.green, 0.0, 1.0), clamped(color.blue, 0.0, 1.0),
+            clamped(color.alpha, 0.0, 1.0)};
+}
+
+// What saveGState keeps: the platform defaults are black fill and stroke and
+// a line width of 1.
+struct GraphicsState {
+    CGAffineTransform ctm;
+    Color fill{0, 0, 0, 1};
+    Color stroke{0, 0, 0, 1};
+    double lineWidth = 1;
+};
+
+class SVGPageContext final : public CGContext {
+public:
+    explicit SVGPageContext(CGSize size) : size_(size) {}
+
+    void saveGState() override { saved_.push_back(state_); }
+    void restoreGState() override {
+        if (saved_.empty()) return;
+        state_ = saved_.back();
+        saved_.pop_back();
+    }
+
+    void setStrokeColor(double r, double g, double b, double a) override { state_.stroke = Color(r, g, b, a); }
+    void setFillColor(double r, double g, double b, double a) override { state_.fill = Color(r, g, b, a); }
+    void setLineWidth(double width) override { state_.lineWidth = width; }
+
+    void rotateCTM(double radians) override {
+        const double c = std::cos(radians), s = std::sin(radians);
+        concatCTM({c, s, -s, c, 0, 0});
+    }
+    void translateCTM(double tx, double ty) override { concatCTM({1, 0, 0, 1, tx, ty}); }
+    void scaleCTM(double sx, double sy) override { concatCTM({sx, 0, 0, sy, 0, 0}); }
+    void concatCTM(const CGAffineTransform& transform) override {
+        state_.ctm = concatenated(transform, state_.ctm);
+    }
+
+    // Points are kept on the page, as cairo keeps them, so that a change of
+    // transformation between building and stroking a path moves nothing.
+    void moveTo(double x, double y) override { path_.push_back({applied(state_.ctm, {x, y})}); }
+    void addLineTo(double x, double y) override {
+        if (path_.empty()) path_.emplace_back();
+        path_.back().push_back(applied(state_.ctm, {x, y}));
+    }
+    void strokePath() override;
+
+    void fillRect(const CGRect& rect) override;
+    void strokeRect(const CGRect& rect) override;
+    void clearRect(const CGRect& rect) override;
+
+    Data document() &&;
+
+private:
+    XMLElement shapeElement(std::string data) const;
+    // A stroke of no width leaves no trace in a bitmap; leave it out here.
+    bool drawsStroke() const { return std::isfinite(state_.lineWidth) && state_.lineWidth > 0; }
+    void paint(XMLElement element) { drawn_.push_back(std::move(element)); }
+
+    CGSize size_;
+    GraphicsState state_;
+    std::vector<GraphicsState> saved_;
+    std::vector<std::vector<Point>> path_;
+    std::vector<XMLElement> drawn_;  // the root's content so far, in order
+    std::vector<XMLElement> masks_;
+};
+
+XMLElement SVGPageContext::shapeElement(std::string data) const {
+    XMLElement element("path");
+    element.addAttribute("d", data);
+    const CGAffineTransform& ctm = state_.ctm;
+    if (ctm != CGAffineTransform{}) element.addAttribute("transform", matrixText(ctm));
+    return element;
+}
+
+void SVGPageContext::fillRect(const CGRect& rect) {
+    if (!isFinite(rect) || !isFinite(state_.ctm)) return;
+    XMLElement element = shapeElement(rectanglePath(rect));
+    fillColor(element, clampedColor(state_.fill));
+    paint(std::move(element));
+}
+
+// Cairo's stroke: butt caps, mitred joins up to a limit of 10, the width in
+// the user space of the moment of stroking.
+void addStroke(XMLElement& element, const GraphicsState& state) {
+    fillColor(element, std::nullopt);
+    strokeColor(element, clampedColor(state.stroke));
+    if (state.lineWidth != 1) element.addAttribute("stroke-width", number(state.lineWidth));
+    element.addAttribute("stroke-miterlimit", "10");
+}
+
+void SVGPageContext::strokeRect(const CGRect& rect) {
+    if (!isFinite(rect) || !isFinite(state_.ctm) || !drawsStroke()) return;
+    XMLElement element = shapeElement(rectanglePath(rect));
+    addStroke(element, state_);
+    paint(std::move(element));
+}
+
+void SVGPageContext::strokePath() {
+    std::vector<std::vector<Point>> path = std::exchange(path_, {});
+    const std::optional<CGAffineTransform> toUser = inverted(state_.ctm);
+    if (!toUser || !isFinite(*toUser) || !drawsStroke()) return;
+    std::string data;
+    for (const std::vector<Point>& subpath : path) {
+        for (std::size_t i = 0; i < subpath.size(); ++i) {
+            const Point user = applied(*toUser, subpath[i]);
+            if (!std::isfinite(user.x) || !std::isfinite(user.y)) return;
+            data += (i == 0 ? "M" : "L") + number(user.x) + " " + number(user.y);
+        }
+    }
+    if (data.empty()) return;
+    XMLElement element = shapeElement(std::move(data));
+    addStroke(element, state_);
+    paint(std::move(element));
+}
+
+// Everything drawn so far goes into a group masked by the whole canvas less
+// the rectangle; the mask's black is the hole.
+void SVGPageContext::clearRect(const CGRect& rect) {
+    if (!isFinite(rect) || !isFinite(state_.ctm) || drawn_.empty()) return;
+    const std::string id = "clear" + std::to_string(masks_.size() + 1);
+    XMLElement mask("mask");
+    mask.addAttribute("id", id);
+    mask.addAttribute("maskUnits", "userSpaceOnUse");
+    for (auto [key, value] : {std::pair{"x", 0.0}, {"y", 0.0}, {"width", size_.width}, {"height", size_.height}}) {
+        mask.addAttribute(key, number(value));
+    }
+    XMLElement canvas = XMLElement("path");
+    canvas.addAttribute("d", rectanglePath({0, 0, size_.width, size_.height}));
+    canvas.addAttribute("fill", "#FFFFFF");
+    mask.addChild(std::move(canvas));
+    XMLElement hole = shapeElement(rectanglePath(rect));
+    hole.addAttribute("fill", "#000000");
+    mask.addChild(std::move(hole));
+    masks_.push_back(std::move(mask));
+
+    XMLElement group("g");
+    group.addAttribute("mask", "url(#" + id + ")");
+    for (XMLElement& element : drawn_) group.addChild(std::move(element));
+    drawn_.clear();
+    paint(std::move(group));
+}
+
+Data SVGPageContext::document() && {
+    XMLElement root("svg");
+    root.addAttribute("xmlns", "http://www.w3.org/2000/svg");
+    root.addAttribute("width", number(size_.width));
+    root.addAttribute("height", number(size_.height));
+    root.addAttribute("viewBox", "0 0 " + number(size_.width) + " " + number(size_.height));
+    if (!masks_.empty()) {
+        XMLElement definitions("defs");
+        for (XMLElement& mask : masks_) definitions.addChild(std::move(mask));
+        root.addChild(std::move(definitions));
+    }
+    for (XMLElement& element : drawn_) root.addChild(std::move(element));
+    const std::string text = XMLDocument(std::move(root)).xmlString(true);
+    return Data(text.begin(), text.end());
+}
+
+}  // namespace
+
+Data drawSVG(CGSize size, const std::function<void(CGContext&)>& draw) {
+    checkPageSize(size, "SVG picture");
+    SVGPageContext context(size);
+    draw(context);
+    return std::move(context).document();
+}
+
+}  // namespace vantel
