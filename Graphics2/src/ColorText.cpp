@@ -4,6 +4,7 @@
 #include <Platform/RegularExpression.hpp>
 #include <Platform/UnicodeText.hpp>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -84,6 +85,39 @@ std::string ColorFormatStyle::formatted(const Color& color) const {
             return color.toRGBA();
     }
     return color.toHex();
+}
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, ColorFormatStyle::Format>, 3> formatNames{{
+    {"hex", ColorFormatStyle::Format::hex},
+    {"hexAlpha", ColorFormatStyle::Format::hexAlpha},
+    {"rgba", ColorFormatStyle::Format::rgba},
+}};
+
+ColorFormatStyle::Format decodeFormat(const Decoder& decoder) {
+    KeyedDecodingContainer container = decoder.container();
+    const std::string key = onlyCaseKey(container, "Format", container.allKeys());
+    for (const auto& [name, format] : formatNames) {
+        if (key != name) continue;
+        container.nestedContainer(key);  // a case without values is still an empty container
+        return format;
+    }
+    throw DecodingError::dataCorrupted(
+        {container.codingPath(), "Unknown format \"" + key + "\"; expected hex, hexAlpha or rgba."});
+}
+
+}  // namespace
+
+ColorFormatStyle ColorFormatStyle::decode(const Decoder& decoder) {
+    return {decodeFormat(decoder.container().superDecoder("format"))};
+}
+
+void ColorFormatStyle::encode(Encoder& encoder) const {
+    KeyedEncodingContainer formatContainer = encoder.container().nestedContainer("format");
+    for (const auto& [name, value] : formatNames) {
+        if (value == format) formatContainer.nestedContainer(name);
+    }
 }
 
 }  // namespace vantel

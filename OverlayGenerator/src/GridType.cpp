@@ -1,6 +1,7 @@
 #include <OverlayGenerator/GridType.hpp>
 
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,12 +23,19 @@ const char* caseName(GridType::Case tag) {
     return "none";
 }
 
-std::vector<std::pair<std::string, GridType::Case>> recognisedKeys(const KeyedDecodingContainer& container) {
-    std::vector<std::pair<std::string, GridType::Case>> found;
+std::optional<GridType::Case> caseNamed(const std::string& key) {
+    for (const auto& [name, value] : caseNames) {
+        if (key == name) return value;
+    }
+    return std::nullopt;
+}
+
+// Keys that name no case are not counted, so an extra key beside the case
+// is ignored.
+std::vector<std::string> recognisedKeys(const KeyedDecodingContainer& container) {
+    std::vector<std::string> found;
     for (const std::string& key : container.allKeys()) {
-        for (const auto& [name, value] : caseNames) {
-            if (key == name) found.emplace_back(key, value);
-        }
+        if (caseNamed(key)) found.push_back(key);
     }
     return found;
 }
@@ -36,12 +44,8 @@ std::vector<std::pair<std::string, GridType::Case>> recognisedKeys(const KeyedDe
 
 GridType GridType::decode(const Decoder& decoder) {
     KeyedDecodingContainer container = decoder.container();
-    auto keys = recognisedKeys(container);
-    if (keys.size() != 1) {
-        throw DecodingError::typeMismatch(
-            "GridType", {container.codingPath(), "Invalid number of keys found, expected one."});
-    }
-    const auto& [key, tag] = keys.front();
+    const std::string key = onlyCaseKey(container, "GridType", recognisedKeys(container));
+    const Case tag = *caseNamed(key);
     KeyedDecodingContainer associated = container.nestedContainer(key);
     if (tag == Case::none) return none();
     return {tag, associated.decode<std::int64_t>("_0")};

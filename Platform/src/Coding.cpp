@@ -197,6 +197,15 @@ std::vector<std::string> KeyedDecodingContainer::allKeys() const {
     return keys;
 }
 
+std::string onlyCaseKey(const KeyedDecodingContainer& container, std::string_view typeName,
+                        const std::vector<std::string>& keys) {
+    if (keys.size() != 1) {
+        throw DecodingError::typeMismatch(std::string(typeName),
+                                          {container.codingPath(), "Invalid number of keys found, expected one."});
+    }
+    return keys.front();
+}
+
 bool KeyedDecodingContainer::contains(std::string_view key) const {
     return dictionary_->find(key) != nullptr;
 }

@@ -1,4 +1,5 @@
 #include <Graphics2/ColorText.hpp>
+#include <Platform/JSON.hpp>
 
 #include <gtest/gtest.h>
 
@@ -45,4 +46,35 @@ TEST(ColorTextTest, FormatStylesWriteRoundedComponents) {
     EXPECT_EQ(ColorFormatStyle::hexAlpha().formatted(orange), "#FF80004D");
     EXPECT_EQ(ColorFormatStyle::rgba().formatted(orange), "rgba(255,128,0,0.3)");
     EXPECT_NE(ColorFormatStyle::hex(), ColorFormatStyle::rgba());
+}
+
+namespace {
+
+vantel::Data jsonBytes(std::string_view text) { return vantel::Data(text.begin(), text.end()); }
+
+}  // namespace
+
+TEST(ColorTextTest, FormatStyleIsSavedAsItsCaseOverAnEmptyContainer) {
+    using vantel::ColorFormatStyle;
+    const vantel::Data saved = vantel::JSONEncoder().encode(ColorFormatStyle::hexAlpha());
+    EXPECT_EQ(std::string(saved.begin(), saved.end()), R"({"format":{"hexAlpha":{}}})");
+    for (auto style : {ColorFormatStyle::hex(), ColorFormatStyle::hexAlpha(), ColorFormatStyle::rgba()}) {
+        EXPECT_EQ(vantel::JSONDecoder().decode<ColorFormatStyle>(vantel::JSONEncoder().encode(style)), style);
+    }
+}
+
+TEST(ColorTextTest, FormatStyleNeedsExactlyOneKnownCase) {
+    using vantel::ColorFormatStyle;
+    auto decodingFails = [](std::string_view json) -> std::string {
+        try {
+            vantel::JSONDecoder().decode<ColorFormatStyle>(jsonBytes(json));
+        } catch (const vantel::DecodingError& error) {
+            return error.context().debugDescription;
+        }
+        return "decoded";
+    };
+    EXPECT_EQ(decodingFails(R"({"format":{"hex":{},"rgba":{}}})"), "Invalid number of keys found, expected one.");
+    EXPECT_EQ(decodingFails(R"({"format":{}})"), "Invalid number of keys found, expected one.");
+    EXPECT_NE(decodingFails(R"({"format":{"hsl":{}}})").find("hsl"), std::string::npos);
+    EXPECT_NE(decodingFails(R"({"format":{"hex":1}})"), "decoded");
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <Graphics2/Color.hpp>
+#include <Platform/Coding.hpp>
+
+#include <functional>
 
 #include <string>
 #include <string_view>
@@ -36,7 +39,21 @@ struct ColorFormatStyle {
     // Components times 255, rounded half away from zero.
     std::string formatted(const Color& color) const;
 
+    // Saved as {"format": {"<case>": {}}}. Decoding fails with a
+    // typeMismatch "Invalid number of keys found, expected one." when the
+    // format holds no key or several, and with dataCorrupted for one key
+    // that names no format.
+    static ColorFormatStyle decode(const Decoder& decoder);
+    void encode(Encoder& encoder) const;
+
     friend bool operator==(const ColorFormatStyle&, const ColorFormatStyle&) = default;
 };
 
 }  // namespace vantel
+
+template <>
+struct std::hash<vantel::ColorFormatStyle> {
+    std::size_t operator()(const vantel::ColorFormatStyle& style) const noexcept {
+        return std::hash<int>{}(static_cast<int>(style.format));
+    }
+};

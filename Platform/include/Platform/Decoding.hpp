@@ -186,6 +186,13 @@ T decodeValue(const Decoder& decoder) {
     }
 }
 
+// The keyed form of an enumeration holds one key, naming the case, over the
+// case's associated values. `keys` are those of the container's keys that
+// the type considers; anything but exactly one of them is a typeMismatch of
+// `typeName` with "Invalid number of keys found, expected one.". Returns the key.
+std::string onlyCaseKey(const KeyedDecodingContainer& container, std::string_view typeName,
+                        const std::vector<std::string>& keys);
+
 // decode<T>(bytes) for a front end that can parse bytes into a tree.
 template <class Parser>
 class DecodingFrontEnd {
