@@ -27,6 +27,7 @@ _vantel() {
 
     case $prev in
         -f | --format) COMPREPLY=($(compgen -W "$formats" -- "$cur")); return ;;
+        --colors) COMPREPLY=($(compgen -W "hex hex-alpha rgba" -- "$cur")); return ;;
         -p | --preset) COMPREPLY=($(compgen -W "default test" -- "$cur")); return ;;
         --out-dir) COMPREPLY=($(compgen -d -- "$cur")); return ;;
         -o | --output)
@@ -41,7 +42,7 @@ _vantel() {
         case $command in
             render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --jobs" ;;
             thumbnail) options+=" --size --background" ;;
-            info) options+=" --json" ;;
+            info) options+=" --json --colors" ;;
             new) options+=" --output --preset --binary --force" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))

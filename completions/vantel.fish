@@ -26,6 +26,7 @@ complete -c vantel -n "__fish_seen_subcommand_from render" -l stretch -d 'Fill -
 complete -c vantel -n "__fish_seen_subcommand_from render" -s j -l jobs -x -d 'Documents rendered at once'
 
 complete -c vantel -n "__fish_seen_subcommand_from info" -l json -d 'Print the document as JSON'
+complete -c vantel -n "__fish_seen_subcommand_from info" -l colors -x -a "hex hex-alpha rgba" -d 'Write every colour in this form'
 
 complete -c vantel -n "__fish_seen_subcommand_from thumbnail" -s s -l size -x -d 'Longer side of the thumbnail in pixels'
 

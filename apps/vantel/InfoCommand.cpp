@@ -8,7 +8,10 @@
 #include <Platform/NumberText.hpp>
 #include <ZBExtensions/TreeItem.hpp>
 
+#include <Graphics2/ColorText.hpp>
+
 #include <cmath>
+#include <optional>
 #include <iostream>
 #include <memory>
 #include <sstream>
@@ -20,11 +23,18 @@ namespace {
 // Laid-out sizes to two decimals: enough to place a guide, short enough to read.
 std::string pixelsText(double value) { return numberText(std::round(value * 100) / 100); }
 
-std::string colorText(const Color& color) {
-    std::string text = color.toHex();
-    if (color.alpha < 1) text += " alpha " + numberText(color.alpha);
-    return text;
-}
+// How colours are written: by default hex with the alpha beside it when not
+// opaque; with --colors, every colour in the form asked for.
+struct ColorWriting {
+    std::optional<ColorFormatStyle> style;
+
+    std::string operator()(const Color& color) const {
+        if (style) return style->formatted(color);
+        std::string text = color.toHex();
+        if (color.alpha < 1) text += " alpha " + numberText(color.alpha);
+        return text;
+    }
+};
 
 std::string gridText(const GridType& grid) {
     switch (grid.tag) {
@@ -35,7 +45,7 @@ std::string gridText(const GridType& grid) {
     return "";
 }
 
-std::string guideText(const AspectRatio& guide, const Size& fitted) {
+std::string guideText(const AspectRatio& guide, const Size& fitted, const ColorWriting& colorText) {
     std::ostringstream text;
     text << guide.formatted() << " at " << pixelsText(fitted.width) << " x " << pixelsText(fitted.height)
          << " px: outline " << colorText(guide.color) << " weight " << numberText(guide.weight);
@@ -73,16 +83,18 @@ GuideTree::Node guideTree(const OverlayGen& document) {
 }
 
 // One line per guide, children indented under their parent with tree lines.
-void printGuides(std::ostream& out, const GuideTree& parent, const std::string& indent) {
+void printGuides(std::ostream& out, const GuideTree& parent, const std::string& indent,
+                 const ColorWriting& colorText) {
     for (std::size_t i = 0; i < parent.children.size(); ++i) {
         const bool last = i + 1 == parent.children.size();
         const LaidOutGuide& laidOut = parent.children[i]->object;
-        out << indent << (last ? "└─ " : "├─ ") << guideText(*laidOut.guide, laidOut.fitted) << '\n';
-        printGuides(out, *parent.children[i], indent + (last ? "   " : "│  "));
+        out << indent << (last ? "└─ " : "├─ ") << guideText(*laidOut.guide, laidOut.fitted, colorText) << '\n';
+        printGuides(out, *parent.children[i], indent + (last ? "   " : "│  "), colorText);
     }
 }
 
-void printDocument(std::ostream& out, const std::string& file, const OverlayGen& document) {
+void printDocument(std::ostream& out, const std::string& file, const OverlayGen& document,
+                   const ColorWriting& colorText) {
     const Size size = document.size();
     out << "file         " << file << '\n'
         << "description  " << document.description() << '\n'
@@ -96,7 +108,7 @@ void printDocument(std::ostream& out, const std::string& file, const OverlayGen&
     }
     out << "guides       " << tree->flatChildren().size() << " (" << tree->children.size()
         << " at the top level), drawn in this order:\n";
-    printGuides(out, *tree, "");
+    printGuides(out, *tree, "", colorText);
 }
 
 // ---- the JSON form
@@ -121,14 +133,18 @@ void encodeGrid(KeyedEncodingContainer& container, const GridType& grid, std::st
     fields.encode(grid.payload, grid.tag == GridType::Case::pixels ? "every" : "parts");
 }
 
-void encodeColor(KeyedEncodingContainer& container, const Color& color, std::string_view key) {
+// With --colors, a "text" member holds the colour in the form asked for.
+void encodeColor(KeyedEncodingContainer& container, const Color& color, std::string_view key,
+                 const ColorWriting& colorText) {
     KeyedEncodingContainer fields = container.nestedContainer(key);
     fields.encode(color.toHex(), "hex");
     fields.encode(color.alpha, "alpha");
+    if (colorText.style) fields.encode(colorText(color), "text");
 }
 
 struct GuideJSON {
     const GuideTree* node;
+    const ColorWriting* colorText;
 
     void encode(Encoder& encoder) const {
         const AspectRatio& guide = *node->object.guide;
@@ -136,26 +152,28 @@ struct GuideJSON {
         fields.encode(guide.formatted(), "ratio");
         fields.encode(guide.width, "ratioWidth");
         fields.encode(guide.height, "ratioHeight");
-        encodeColor(fields, guide.color, "outline");
-        encodeColor(fields, guide.fillColor, "fill");
+        encodeColor(fields, guide.color, "outline", *colorText);
+        encodeColor(fields, guide.fillColor, "fill", *colorText);
         fields.encode(guide.weight, "weight");
         encodeGrid(fields, guide.rowType, "rows");
         encodeGrid(fields, guide.columnType, "columns");
         fields.encode(guide.clearParent, "clearsParent");
         encodeRect(fields, node->object.box, "rect");
         encodeRect(fields, snapped(node->object.box), "pixels");
-        encodeChildren(fields, *node);
+        encodeChildren(fields, *node, *colorText);
     }
 
-    static void encodeChildren(KeyedEncodingContainer& container, const GuideTree& parent) {
+    static void encodeChildren(KeyedEncodingContainer& container, const GuideTree& parent,
+                               const ColorWriting& colorText) {
         UnkeyedEncodingContainer items = container.nestedUnkeyedContainer(parent.object.guide ? "children" : "guides");
-        for (const auto& child : parent.children) items.encode(GuideJSON{child.get()});
+        for (const auto& child : parent.children) items.encode(GuideJSON{child.get(), &colorText});
     }
 };
 
 struct DocumentJSON {
     std::string name;
     const OverlayGen* document;
+    ColorWriting colorText;
 
     void encode(Encoder& encoder) const {
         KeyedEncodingContainer fields = encoder.container();
@@ -165,30 +183,46 @@ struct DocumentJSON {
         canvas.encode(document->size().width, "width");
         canvas.encode(document->size().height, "height");
         canvas.encode(document->size().margin, "margin");
-        encodeColor(fields, document->backgroundColor(), "background");
-        GuideJSON::encodeChildren(fields, *guideTree(*document));
+        encodeColor(fields, document->backgroundColor(), "background", colorText);
+        GuideJSON::encodeChildren(fields, *guideTree(*document), colorText);
     }
 };
 
-void printJSON(std::ostream& out, const std::string& name, const OverlayGen& document) {
+void printJSON(std::ostream& out, const std::string& name, const OverlayGen& document,
+               const ColorWriting& colorText) {
     JSONEncoder encoder;
     encoder.prettyPrinted = true;
-    Data json = encoder.encode(DocumentJSON{name, &document});
+    Data json = encoder.encode(DocumentJSON{name, &document, colorText});
     out.write(reinterpret_cast<const char*>(json.data()), static_cast<std::streamsize>(json.size()));
     out << '\n';
 }
 
-ExitCode runInfo(const std::string& file, bool json) {
+struct InfoOptions {
+    std::string file;
+    bool json = false;
+    std::string colors;  // empty: the default writing
+};
+
+ColorWriting colorWriting(const std::string& colors) {
+    if (colors == "hex") return {ColorFormatStyle::hex()};
+    if (colors == "hex-alpha") return {ColorFormatStyle::hexAlpha()};
+    if (colors == "rgba") return {ColorFormatStyle::rgba()};
+    return {};
+}
+
+ExitCode runInfo(const InfoOptions& options) {
+    const std::string& file = options.file;
+    const ColorWriting colorText = colorWriting(options.colors);
     DocumentSource source = documentSource(file);
     CommandDocument loaded = readDocument(source);
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
-    if (json) {
-        printJSON(std::cout, source.name(), *loaded.document);
+    if (options.json) {
+        printJSON(std::cout, source.name(), *loaded.document, colorText);
     } else {
-        printDocument(std::cout, source.name(), *loaded.document);
+        printDocument(std::cout, source.name(), *loaded.document, colorText);
     }
     return ExitCode::ok;
 }
@@ -199,25 +233,26 @@ const char* const infoFooter =
     "colours in hex, stroke weight, grid and whether it clears what is beneath. "
     "With --json the same as one JSON object, each guide with its outline's "
     "rectangle on the canvas, exact (\"rect\") and rounded to whole pixels "
-    "(\"pixels\"), and its children.\n"
+    "(\"pixels\"), and its children. With --colors each colour is written in "
+    "that form (in JSON, as each colour's \"text\").\n"
     "Exit codes: 0 shown, 1 the document is bad, 2 bad usage, 3 FILE could not be read.";
-
-struct InfoOptions {
-    std::string file;
-    bool json = false;
-};
 
 CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<InfoOptions>();
     CLI::App* sub = app.add_subcommand("info", "Describe an overlay document");
-    setUsageForms(sub, {"vantel info [--json] FILE"});
+    setUsageForms(sub, {"vantel info [--json] [--colors FORM] FILE"});
     sub->footer(infoFooter);
     sub->add_option("FILE", options->file, "an overlay document (.aspectratio), or - for standard input")
         ->required()
         ->option_text("FILE")
         ->group("Input");
     sub->add_flag("--json", options->json, "print the document and its laid-out guides as JSON")->group("Output");
-    sub->callback([options, &result] { result = runInfo(options->file, options->json); });
+    sub->add_option("--colors", options->colors,
+                    "write every colour as hex (#RRGGBB), hex-alpha (#RRGGBBAA) or rgba (rgba(255,128,0,0.5))")
+        ->check(CLI::IsMember({"hex", "hex-alpha", "rgba"}))
+        ->option_text("FORM")
+        ->group("Output");
+    sub->callback([options, &result] { result = runInfo(*options); });
 });
 
 }  // namespace

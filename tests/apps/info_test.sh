@@ -39,6 +39,16 @@ guides       2 (1 at the top level), drawn in this order:
 └─ 4∶5 at 1032.0 x 1290.0 px: outline #80B1D3 weight 8.0, no fill, rows in 3 equal parts, columns in 3 equal parts, clears what is beneath
    └─ 1∶1 at 1032.0 x 1032.0 px: outline #FFED6F weight 4.0, no fill, keeps what is beneath"
 
+# --colors writes every colour in one form, in the text and in JSON.
+"$VANTEL" info --colors rgba "$EXAMPLES/sample.aspectratio" >"$WORK/rgba" || fail "--colors rgba"
+grep -q '^background   rgba(18,18,24,1.0)$' "$WORK/rgba" || fail "--colors rgba: $(sed -n 4p "$WORK/rgba")"
+grep -q 'fill rgba(40,44,52,0.6),' "$WORK/rgba" || fail "--colors rgba: no translucent fill"
+"$VANTEL" info --json --colors hex-alpha "$EXAMPLES/sample.aspectratio" >"$WORK/json" || fail "--colors hex-alpha"
+grep -q '"text" : "#282C3499"' "$WORK/json" || fail "--colors hex-alpha: no #282C3499 in the JSON"
+status=0
+"$VANTEL" info --colors hsl "$EXAMPLES/sample.aspectratio" 2>/dev/null || status=$?
+[ "$status" -eq 2 ] || fail "--colors hsl: exit status $status, expected 2"
+
 status=0
 "$VANTEL" info "$WORK/missing.aspectratio" 2>"$WORK/stderr" || status=$?
 [ "$status" -eq 3 ] || fail "missing document: exit status $status, expected 3"
