@@ -1,6 +1,7 @@
 #include "PreviewWindow.hpp"
 
 #include "FolderOrder.hpp"
+#include "Timing.hpp"
 
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
@@ -101,6 +102,7 @@ void PreviewWindow::buildWidgets(GtkApplication* application) {
     GtkEventController* keys = gtk_event_controller_key_new();
     g_signal_connect(keys, "key-pressed", G_CALLBACK(keyCallback), this);
     gtk_widget_add_controller(window_, keys);
+    timeFrames(window_);
 }
 
 void PreviewWindow::present() { gtk_window_present(GTK_WINDOW(window_)); }
@@ -229,6 +231,7 @@ void PreviewWindow::draw(cairo_t* cairo, int width, int height) const {
     context.scaleCTM(scale, scale);
     try {
         reply_->draw(context);
+        notePictureDrawn();
     } catch (const std::exception&) {
         // A document that passed the checks and still fails to draw leaves
         // the checkerboard; the next save gets another chance.

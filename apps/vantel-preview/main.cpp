@@ -3,6 +3,7 @@
 // static while this one links GTK.
 
 #include "PreviewWindow.hpp"
+#include "Timing.hpp"
 
 #include <Platform/URL.hpp>
 
@@ -28,13 +29,16 @@ std::filesystem::path documentPath(const std::string& argument) {
 
 void activate(GtkApplication* application, gpointer data) {
     auto* launch = static_cast<Launch*>(data);
+    vantel::preview::markStage("gtk-started");
     launch->window = std::make_unique<vantel::preview::PreviewWindow>(application, launch->file);
+    vantel::preview::markStage("document-read");
     launch->window->present();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    vantel::preview::markStage("main");
     if (argc != 2) {
         std::fprintf(stderr, "usage: vantel-preview FILE\n");
         return 64;
