@@ -25,19 +25,37 @@ constexpr guint reloadDelayMilliseconds = 80;
 constexpr double checkerSquare = 8;
 constexpr double largestScreenShare = 0.8;
 
-void paintCheckerboard(cairo_t* cairo, double x, double y, double width, double height) {
-    cairo_save(cairo);
-    cairo_rectangle(cairo, x, y, width, height);
-    cairo_clip(cairo);
+// One tile of two squares across and down, repeated: a single paint however
+// large the window, where drawing every square made each frame of a resize
+// cost thousands of rectangles.
+cairo_pattern_t* checkerPattern() {
+    int side = int(2 * checkerSquare);
+    cairo_surface_t* tile = cairo_image_surface_create(CAIRO_FORMAT_RGB24, side, side);
+    cairo_t* cairo = cairo_create(tile);
     cairo_set_source_rgb(cairo, 0.8, 0.8, 0.8);
     cairo_paint(cairo);
     cairo_set_source_rgb(cairo, 0.6, 0.6, 0.6);
-    for (double row = 0; row * checkerSquare < height; ++row) {
-        for (double column = std::fmod(row, 2); column * checkerSquare < width; column += 2) {
-            cairo_rectangle(cairo, x + column * checkerSquare, y + row * checkerSquare, checkerSquare, checkerSquare);
-        }
-    }
+    cairo_rectangle(cairo, checkerSquare, 0, checkerSquare, checkerSquare);
+    cairo_rectangle(cairo, 0, checkerSquare, checkerSquare, checkerSquare);
     cairo_fill(cairo);
+    cairo_destroy(cairo);
+    cairo_pattern_t* pattern = cairo_pattern_create_for_surface(tile);
+    cairo_surface_destroy(tile);
+    cairo_pattern_set_extend(pattern, CAIRO_EXTEND_REPEAT);
+    cairo_pattern_set_filter(pattern, CAIRO_FILTER_NEAREST);
+    return pattern;
+}
+
+void paintCheckerboard(cairo_t* cairo, double x, double y, double width, double height) {
+    static cairo_pattern_t* const checker = checkerPattern();
+    cairo_save(cairo);
+    cairo_rectangle(cairo, x, y, width, height);
+    cairo_clip(cairo);
+    cairo_matrix_t atCorner;
+    cairo_matrix_init_translate(&atCorner, -x, -y);
+    cairo_pattern_set_matrix(checker, &atCorner);
+    cairo_set_source(cairo, checker);
+    cairo_paint(cairo);
     cairo_restore(cairo);
 }
 
