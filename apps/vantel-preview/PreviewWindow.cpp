@@ -244,6 +244,12 @@ void PreviewWindow::draw(cairo_t* cairo, int width, int height) const {
     double y = (height - page.height * scale) / 2;
     paintCheckerboard(cairo, x, y, page.width * scale, page.height * scale);
     cairo_save(cairo);
+    // The picture goes into a group of its own, laid over the checkerboard:
+    // a guide that clears what is beneath it must uncover the checkerboard,
+    // not erase it down to the window's background.
+    cairo_rectangle(cairo, x, y, page.width * scale, page.height * scale);
+    cairo_clip(cairo);
+    cairo_push_group(cairo);
     CairoContext context(cairo);
     context.translateCTM(x, y);
     context.scaleCTM(scale, scale);
@@ -254,6 +260,8 @@ void PreviewWindow::draw(cairo_t* cairo, int width, int height) const {
         // A document that passed the checks and still fails to draw leaves
         // the checkerboard; the next save gets another chance.
     }
+    cairo_pop_group_to_source(cairo);
+    cairo_paint(cairo);
     cairo_restore(cairo);
 }
 

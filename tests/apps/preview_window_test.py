@@ -98,6 +98,10 @@ def shows(window, reference, left=0, top=0, edges=0):
 def check_keys_and_resize(window, path):
     fitted, actual = render(path, "1024"), render(path)
     wait_for("the fitted picture", lambda: shows(window, fitted), 3)
+    _, _, rgb = screenshot(window)
+    holes = [(x, y) for y in range(0, 576, 7) for x in range(0, 1024, 7) if fitted.rgba(x, y)[3] == 0]
+    checkered = sum(close(rgb(x, y), (204, 204, 204)) or close(rgb(x, y), (153, 153, 153)) for x, y in holes)
+    assert holes and checkered > 0.9 * len(holes), f"{checkered} of {len(holes)} cleared pixels show the checkerboard"
     assert mismatch(screenshot(window), actual, 0, 0) > 0.2, "the comparison cannot tell fit from 100 %"
 
     xdotool("key", "--window", window, "1")
