@@ -52,8 +52,9 @@ void afterPaint(GdkFrameClock*, gpointer widget) {
 
 void connectFrameClock(GtkWidget* widget, gpointer) {
     GdkFrameClock* clock = gtk_widget_get_frame_clock(widget);
-    g_signal_connect(clock, "before-paint", G_CALLBACK(beforePaint), widget);
-    g_signal_connect(clock, "after-paint", G_CALLBACK(afterPaint), widget);
+    // Tied to the widget, so that a paint after it is gone reports nothing.
+    g_signal_connect_object(clock, "before-paint", G_CALLBACK(beforePaint), widget, GConnectFlags(0));
+    g_signal_connect_object(clock, "after-paint", G_CALLBACK(afterPaint), widget, GConnectFlags(0));
 }
 
 }  // namespace

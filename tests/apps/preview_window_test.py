@@ -65,7 +65,7 @@ def mismatch(shot, reference, left, top, right_edge=0, bottom_edge=0):
                 continue
             expected = reference.rgba(x, y)
             if expected[3] != 255:
-                continue  # cleared by a guide: the window shows its checkerboard there
+                continue  # not opaque: the window's checkerboard shows through
             compared += 1
             differing += any(abs(a - b) > 48 for a, b in zip(rgb(wx, wy), expected))
     assert compared > 1000, f"only {compared} pixels to compare"
@@ -95,9 +95,8 @@ def shows(window, reference, left=0, top=0, edges=0):
     return mismatch(screenshot(window), reference, left, top, edges, edges) < 0.02
 
 
-def check_keys_and_resize(window, path):
-    fitted, actual = render(path, "1024"), render(path)
-    wait_for("the fitted picture", lambda: shows(window, fitted), 3)
+def check_fit_and_actual_size(window, fitted, actual):
+    wait_for("the fitted picture", lambda: shows(window, fitted), 10)
     _, _, rgb = screenshot(window)
     holes = [(x, y) for y in range(0, 576, 7) for x in range(0, 1024, 7) if fitted.rgba(x, y)[3] == 0]
     checkered = sum(close(rgb(x, y), (204, 204, 204)) or close(rgb(x, y), (153, 153, 153)) for x, y in holes)
@@ -105,7 +104,7 @@ def check_keys_and_resize(window, path):
     assert mismatch(screenshot(window), actual, 0, 0) > 0.2, "the comparison cannot tell fit from 100 %"
 
     xdotool("key", "--window", window, "1")
-    wait_for("`1` shows the canvas at 100 %", lambda: shows(window, actual, edges=16), 3)
+    wait_for("`1` shows the canvas at 100 %", lambda: shows(window, actual, edges=16), 10)
     xdotool("mousemove", "--window", window, "500", "300")
     xdotool("click", "--repeat", "4", "5")  # the wheel, downwards
 
@@ -121,10 +120,12 @@ def check_keys_and_resize(window, path):
             return sum(canvas[y + dy][3] == 255 and any(abs(a - b) > 48 for a, b in zip(column[y], canvas[y + dy]))
                        for y in range(560))
         return any(differing(dy) <= 2 for dy in range(1, 1080 - 560))
-    wait_for("the wheel scrolls the picture at 100 %", scrolled_down, 3)
+    wait_for("the wheel scrolls the picture at 100 %", scrolled_down, 10)
     xdotool("key", "--window", window, "0")
-    wait_for("`0` fits the picture again", lambda: shows(window, fitted), 3)
+    wait_for("`0` fits the picture again", lambda: shows(window, fitted), 10)
 
+
+def check_copy(window, path):
     xdotool("key", "--window", window, "ctrl+c")
     copied = path + ".copied.png"
 
@@ -132,14 +133,16 @@ def check_keys_and_resize(window, path):
         with open(copied, "wb") as out:
             return subprocess.run(["xclip", "-selection", "clipboard", "-t", "image/png", "-o"], stdout=out,
                                   stderr=subprocess.DEVNULL, timeout=5).returncode == 0
-    wait_for("Ctrl+C puts a PNG on the clipboard", clipboard_png, 3)
+    wait_for("Ctrl+C puts a PNG on the clipboard", clipboard_png, 10)
     with open(path, "rb") as f:
         problems = pngcheck.check(pngcheck.Image(copied), plistlib.load(f), 1920)
     assert not problems, f"the copied PNG: {problems}"
 
+
+def check_resize(window, path):
     xdotool("windowsize", window, "700", "700")
     resized = render(path, "700")  # 700 x 394, centred: from y = 153
-    wait_for("the picture follows a resize", lambda: shows(window, resized, 0, 153), 3)
+    wait_for("the picture follows a resize", lambda: shows(window, resized, 0, 153), 10)
     _, _, rgb = screenshot(window)
     assert not close(rgb(350, 60), (30, 30, 200)), "the picture is not centred after the resize"
 
@@ -171,7 +174,9 @@ try:
     xdotool("windowactivate", "--sync", window)
     xdotool("key", "--window", window, "Right")
     wait_for("the next document's title", lambda: "b.aspectratio" in xdotool("getwindowname", window), 3)
-    check_keys_and_resize(window, second)
+    check_fit_and_actual_size(window, render(second, "1024"), render(second))
+    check_copy(window, second)
+    check_resize(window, second)
     xdotool("key", "--window", window, "Escape")
     wait_for("Escape closes the window", lambda: process.poll() is not None, 3)
 finally:
