@@ -5,13 +5,16 @@
 # prefix with private XDG folders. Runs Thunar as `nobody` (as root it shows
 # a warning bar) and twice: tumbler can lose a thumbnail when Thunar asks for
 # one file twice at once, and the second visit shows what is in the cache.
+# Then takes docs/preview-window.png: the same folder with vantel-preview's
+# window open in front of it on one document.
 #
-# usage: docs/screenshot.sh [BUILD_DIR]     (installs Thunar, Xvfb and
-# ImageMagick when they are missing)
+# usage: docs/screenshot.sh [BUILD_DIR]     (installs Thunar, Xvfb, xdotool,
+# xfwm4 and ImageMagick when they are missing)
 set -euo pipefail
 source_dir=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$source_dir/build}" && pwd)
 output=$source_dir/docs/thunar-thumbnails.png
+preview_output=$source_dir/docs/preview-window.png
 width=1000 height=560
 
 need=()
@@ -19,6 +22,8 @@ command -v thunar > /dev/null || need+=(thunar)
 command -v Xvfb > /dev/null || need+=(xvfb)
 command -v import > /dev/null || need+=(imagemagick)
 command -v tumblerd > /dev/null || [ -x /usr/lib/x86_64-linux-gnu/tumbler-1/tumblerd ] || need+=(tumbler)
+command -v xdotool > /dev/null || need+=(xdotool)
+command -v xfwm4 > /dev/null || need+=(xfwm4)
 if [ ${#need[@]} -gt 0 ]; then
   echo "screenshot: installing ${need[*]}"
   sudo=""
@@ -95,6 +100,12 @@ as_nobody=(setpriv --reuid=nobody --regid=nogroup --clear-groups
 "${as_nobody[@]}" dbus-run-session -- bash -c "
   thunar '$folder' 2> /dev/null & sleep 20; thunar -q
   thunar '$folder' 2> /dev/null & sleep 8
-  import -window root '$work/shot.png'; thunar -q" 2> /dev/null || true
+  import -window root '$work/shot.png'
+  # A window manager frames the preview as a desktop would.
+  xfwm4 --compositor=off 2> /dev/null & sleep 3
+  vantel-preview '$folder/Story 9x16.aspectratio' 2> /dev/null & sleep 3
+  xdotool search --sync --name 'Story 9x16' windowmove 690 40; sleep 1
+  import -window root '$work/preview.png'; thunar -q" 2> /dev/null || true
 convert "$work/shot.png" -strip "$output"
-echo "wrote $output ($(stat -c %s "$output") bytes)"
+convert "$work/preview.png" -strip "$preview_output"
+echo "wrote $output ($(stat -c %s "$output") bytes) and $preview_output ($(stat -c %s "$preview_output") bytes)"

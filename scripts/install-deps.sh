@@ -10,8 +10,8 @@ packages=(
   libpng-dev libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-plist
   # vantel-preview, and driving its window in the tests: a headless X server,
-  # screenshots, keys, the desktop database
-  libgtk-4-dev xvfb xauth x11-apps xdotool desktop-file-utils xdg-utils libglib2.0-bin
+  # screenshots, keys, the clipboard, the desktop database
+  libgtk-4-dev xvfb xauth x11-apps xdotool xclip desktop-file-utils xdg-utils libglib2.0-bin
   # make fuzz: libFuzzer ships with clang's runtime libraries
   clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes

@@ -1,6 +1,7 @@
 #include "PreviewWindow.hpp"
 
 #include "FolderOrder.hpp"
+#include "Timing.hpp"
 
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
@@ -24,19 +25,37 @@ constexpr guint reloadDelayMilliseconds = 80;
 constexpr double checkerSquare = 8;
 constexpr double largestScreenShare = 0.8;
 
-void paintCheckerboard(cairo_t* cairo, double x, double y, double width, double height) {
-    cairo_save(cairo);
-    cairo_rectangle(cairo, x, y, width, height);
-    cairo_clip(cairo);
+// One tile of two squares across and down, repeated: a single paint however
+// large the window, where drawing every square made each frame of a resize
+// cost thousands of rectangles.
+cairo_pattern_t* checkerPattern() {
+    int side = int(2 * checkerSquare);
+    cairo_surface_t* tile = cairo_image_surface_create(CAIRO_FORMAT_RGB24, side, side);
+    cairo_t* cairo = cairo_create(tile);
     cairo_set_source_rgb(cairo, 0.8, 0.8, 0.8);
     cairo_paint(cairo);
     cairo_set_source_rgb(cairo, 0.6, 0.6, 0.6);
-    for (double row = 0; row * checkerSquare < height; ++row) {
-        for (double column = std::fmod(row, 2); column * checkerSquare < width; column += 2) {
-            cairo_rectangle(cairo, x + column * checkerSquare, y + row * checkerSquare, checkerSquare, checkerSquare);
-        }
-    }
+    cairo_rectangle(cairo, checkerSquare, 0, checkerSquare, checkerSquare);
+    cairo_rectangle(cairo, 0, checkerSquare, checkerSquare, checkerSquare);
     cairo_fill(cairo);
+    cairo_destroy(cairo);
+    cairo_pattern_t* pattern = cairo_pattern_create_for_surface(tile);
+    cairo_surface_destroy(tile);
+    cairo_pattern_set_extend(pattern, CAIRO_EXTEND_REPEAT);
+    cairo_pattern_set_filter(pattern, CAIRO_FILTER_NEAREST);
+    return pattern;
+}
+
+void paintCheckerboard(cairo_t* cairo, double x, double y, double width, double height) {
+    static cairo_pattern_t* const checker = checkerPattern();
+    cairo_save(cairo);
+    cairo_rectangle(cairo, x, y, width, height);
+    cairo_clip(cairo);
+    cairo_matrix_t atCorner;
+    cairo_matrix_init_translate(&atCorner, -x, -y);
+    cairo_pattern_set_matrix(checker, &atCorner);
+    cairo_set_source(cairo, checker);
+    cairo_paint(cairo);
     cairo_restore(cairo);
 }
 
@@ -101,6 +120,7 @@ void PreviewWindow::buildWidgets(GtkApplication* application) {
     GtkEventController* keys = gtk_event_controller_key_new();
     g_signal_connect(keys, "key-pressed", G_CALLBACK(keyCallback), this);
     gtk_widget_add_controller(window_, keys);
+    timeFrames(window_);
 }
 
 void PreviewWindow::present() { gtk_window_present(GTK_WINDOW(window_)); }
@@ -224,15 +244,24 @@ void PreviewWindow::draw(cairo_t* cairo, int width, int height) const {
     double y = (height - page.height * scale) / 2;
     paintCheckerboard(cairo, x, y, page.width * scale, page.height * scale);
     cairo_save(cairo);
+    // The picture goes into a group of its own, laid over the checkerboard:
+    // a guide that clears what is beneath it must uncover the checkerboard,
+    // not erase it down to the window's background.
+    cairo_rectangle(cairo, x, y, page.width * scale, page.height * scale);
+    cairo_clip(cairo);
+    cairo_push_group(cairo);
     CairoContext context(cairo);
     context.translateCTM(x, y);
     context.scaleCTM(scale, scale);
     try {
         reply_->draw(context);
+        notePictureDrawn();
     } catch (const std::exception&) {
         // A document that passed the checks and still fails to draw leaves
         // the checkerboard; the next save gets another chance.
     }
+    cairo_pop_group_to_source(cairo);
+    cairo_paint(cairo);
     cairo_restore(cairo);
 }
 

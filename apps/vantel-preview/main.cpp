@@ -3,10 +3,12 @@
 // static while this one links GTK.
 
 #include "PreviewWindow.hpp"
+#include "Timing.hpp"
 
 #include <Platform/URL.hpp>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -26,19 +28,45 @@ std::filesystem::path documentPath(const std::string& argument) {
     return argument;
 }
 
+// The picture is one cairo drawing. GTK's cairo renderer puts it straight
+// into the window; its GL renderers would first load the GL driver (with
+// software GL, Mesa and LLVM: hundreds of milliseconds of processor time)
+// only to upload the same drawing as a texture. GDK also loads the driver at
+// start-up to choose a visual, hence both variables. Set by hand, they win.
+void preferCairoRendering() {
+    if (std::getenv("GSK_RENDERER") || std::getenv("GDK_DEBUG")) return;
+    g_setenv("GSK_RENDERER", "cairo", FALSE);
+    g_setenv("GDK_DEBUG", "gl-disable", FALSE);
+}
+
+// Without a session bus no assistive technology can be listening, and GTK's
+// accessibility would try to start a bus (a child process) only to warn.
+void skipAccessibilityWithoutBus() {
+    if (std::getenv("DBUS_SESSION_BUS_ADDRESS")) return;
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code error;
+    if (runtime && std::filesystem::exists(std::filesystem::path(runtime) / "bus", error)) return;
+    g_setenv("GTK_A11Y", "none", FALSE);
+}
+
 void activate(GtkApplication* application, gpointer data) {
     auto* launch = static_cast<Launch*>(data);
+    vantel::preview::markStage("gtk-started");
     launch->window = std::make_unique<vantel::preview::PreviewWindow>(application, launch->file);
+    vantel::preview::markStage("document-read");
     launch->window->present();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    vantel::preview::markStage("main");
     if (argc != 2) {
         std::fprintf(stderr, "usage: vantel-preview FILE\n");
         return 64;
     }
+    preferCairoRendering();
+    skipAccessibilityWithoutBus();
     Launch launch{documentPath(argv[1]), nullptr};
     GtkApplication* application = gtk_application_new("org.vantel.Preview", G_APPLICATION_NON_UNIQUE);
     g_signal_connect(application, "activate", G_CALLBACK(activate), &launch);

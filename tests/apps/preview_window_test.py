@@ -1,11 +1,17 @@
 """Drives vantel-preview in a headless X server: the first picture, a save
-with a new background, a broken save, and Right to the next document.
+with a new background, a broken save, Right to the next document, then `1`
+(100 %, scrollable) and `0` (fit), Ctrl+C (a PNG on the clipboard) and a
+resize. Pictures are compared with what `vantel render` draws at the same
+size.
 
-usage: preview_window_test.py VANTEL_PREVIEW SOURCE_DIR   (run under xvfb-run)
+usage: preview_window_test.py VANTEL_PREVIEW VANTEL SOURCE_DIR   (run under xvfb-run)
 """
 import os, plistlib, shutil, struct, subprocess, sys, tempfile, time
 
-preview, source = sys.argv[1], sys.argv[2]
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import pngcheck  # noqa: E402  (reads PNG files with zlib alone)
+
+preview, vantel, source = sys.argv[1], sys.argv[2], sys.argv[3]
 
 
 def xdotool(*args):
@@ -33,6 +39,45 @@ def pixel(window, x, y):
     return r, g, b
 
 
+def screenshot(window):
+    """(width, height, rgb(x, y)) of the whole window, from one xwd dump."""
+    dump = subprocess.run(["xwd", "-silent", "-id", window], capture_output=True).stdout
+    header = struct.unpack(">25I", dump[:100])
+    start, line, width, height = header[0] + header[19] * 12, header[12], header[4], header[5]
+
+    def rgb(x, y):
+        at = start + y * line + x * 4
+        return dump[at + 2], dump[at + 1], dump[at]
+
+    return width, height, rgb
+
+
+def mismatch(shot, reference, left, top, right_edge=0, bottom_edge=0):
+    """Share of the reference's opaque pixels (on a 5-pixel grid) that the
+    window, with the reference's corner at (left, top), shows in another
+    colour. Edges of the window that scroll bars may cover are left out."""
+    width, height, rgb = shot
+    compared = differing = 0
+    for y in range(0, reference.height, 5):
+        for x in range(0, reference.width, 5):
+            wx, wy = x + left, y + top
+            if not (0 <= wx < width - right_edge and 0 <= wy < height - bottom_edge):
+                continue
+            expected = reference.rgba(x, y)
+            if expected[3] != 255:
+                continue  # not opaque: the window's checkerboard shows through
+            compared += 1
+            differing += any(abs(a - b) > 48 for a, b in zip(rgb(wx, wy), expected))
+    assert compared > 1000, f"only {compared} pixels to compare"
+    return differing / compared
+
+
+def render(path, *size):
+    out = path + "." + "x".join(size or ("full",)) + ".png"
+    subprocess.run([vantel, "render", path, "-o", out, *(("--width", size[0]) if size else ())], check=True)
+    return pngcheck.Image(out)
+
+
 def document(path, red, green, blue):
     with open(os.path.join(source, "examples/sample.aspectratio"), "rb") as sample:
         contents = plistlib.load(sample)
@@ -44,6 +89,62 @@ def document(path, red, green, blue):
 
 def close(colour, expected):
     return all(abs(a - b) <= 3 for a, b in zip(colour, expected))
+
+
+def shows(window, reference, left=0, top=0, edges=0):
+    return mismatch(screenshot(window), reference, left, top, edges, edges) < 0.02
+
+
+def check_fit_and_actual_size(window, fitted, actual):
+    wait_for("the fitted picture", lambda: shows(window, fitted), 10)
+    _, _, rgb = screenshot(window)
+    holes = [(x, y) for y in range(0, 576, 7) for x in range(0, 1024, 7) if fitted.rgba(x, y)[3] == 0]
+    checkered = sum(close(rgb(x, y), (204, 204, 204)) or close(rgb(x, y), (153, 153, 153)) for x, y in holes)
+    assert holes and checkered > 0.9 * len(holes), f"{checkered} of {len(holes)} cleared pixels show the checkerboard"
+    assert mismatch(screenshot(window), actual, 0, 0) > 0.2, "the comparison cannot tell fit from 100 %"
+
+    xdotool("key", "--window", window, "1")
+    wait_for("`1` shows the canvas at 100 %", lambda: shows(window, actual, edges=16), 10)
+    xdotool("mousemove", "--window", window, "500", "300")
+    xdotool("click", "--repeat", "4", "5")  # the wheel, downwards
+
+    def scrolled_down():
+        # One column of the window against the same column of the canvas
+        # moved up by dy, on the canvas's opaque pixels (its guide lines
+        # there): a line out of place differs in several rows.
+        _, _, rgb = screenshot(window)
+        column = [rgb(300, y) for y in range(560)]
+        canvas = [actual.rgba(300, y) for y in range(1080)]
+
+        def differing(dy):
+            return sum(canvas[y + dy][3] == 255 and any(abs(a - b) > 48 for a, b in zip(column[y], canvas[y + dy]))
+                       for y in range(560))
+        return any(differing(dy) <= 2 for dy in range(1, 1080 - 560))
+    wait_for("the wheel scrolls the picture at 100 %", scrolled_down, 10)
+    xdotool("key", "--window", window, "0")
+    wait_for("`0` fits the picture again", lambda: shows(window, fitted), 10)
+
+
+def check_copy(window, path):
+    xdotool("key", "--window", window, "ctrl+c")
+    copied = path + ".copied.png"
+
+    def clipboard_png():
+        with open(copied, "wb") as out:
+            return subprocess.run(["xclip", "-selection", "clipboard", "-t", "image/png", "-o"], stdout=out,
+                                  stderr=subprocess.DEVNULL, timeout=5).returncode == 0
+    wait_for("Ctrl+C puts a PNG on the clipboard", clipboard_png, 10)
+    with open(path, "rb") as f:
+        problems = pngcheck.check(pngcheck.Image(copied), plistlib.load(f), 1920)
+    assert not problems, f"the copied PNG: {problems}"
+
+
+def check_resize(window, path):
+    xdotool("windowsize", window, "700", "700")
+    resized = render(path, "700")  # 700 x 394, centred: from y = 153
+    wait_for("the picture follows a resize", lambda: shows(window, resized, 0, 153), 10)
+    _, _, rgb = screenshot(window)
+    assert not close(rgb(350, 60), (30, 30, 200)), "the picture is not centred after the resize"
 
 
 folder = tempfile.mkdtemp()
@@ -73,6 +174,9 @@ try:
     xdotool("windowactivate", "--sync", window)
     xdotool("key", "--window", window, "Right")
     wait_for("the next document's title", lambda: "b.aspectratio" in xdotool("getwindowname", window), 3)
+    check_fit_and_actual_size(window, render(second, "1024"), render(second))
+    check_copy(window, second)
+    check_resize(window, second)
     xdotool("key", "--window", window, "Escape")
     wait_for("Escape closes the window", lambda: process.poll() is not None, 3)
 finally:
