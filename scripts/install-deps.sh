@@ -9,6 +9,10 @@ packages=(
   libcairo2-dev libdeflate-dev libtiff-dev libgif-dev libjpeg62-turbo-dev libopenjp2-7-dev
   libpng-dev libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-plist
+  # http(s) documents: libcurl's headers (the OpenSSL build; the library
+  # itself, libcurl4, is loaded on the first download) and the certificate
+  # authorities https checks servers against
+  libcurl4-openssl-dev libcurl4 ca-certificates
   # vantel-preview, and driving its window in the tests: a headless X server,
   # screenshots, keys, the clipboard, the desktop database
   libgtk-4-dev xvfb xauth x11-apps xdotool xclip desktop-file-utils xdg-utils libglib2.0-bin

@@ -4,6 +4,8 @@
 #include <Platform/FileIO.hpp>
 #include <Platform/PropertyList.hpp>
 
+#include <ZBExtensions/Download.hpp>
+
 #include <system_error>
 
 namespace vantel {
@@ -13,7 +15,15 @@ DocumentSource DocumentSource::file(std::filesystem::path path) {
     return {std::move(path), std::move(name)};
 }
 
-DocumentSource DocumentSource::url(const URL& url) { return file(url.path()); }
+DocumentSource DocumentSource::url(const URL& url) {
+    if (url.isFileURL()) return file(url.path());
+    return {url, url.absoluteString()};
+}
+
+DocumentSource DocumentSource::address(std::string_view text) {
+    if (auto url = URL::fromString(text)) return DocumentSource::url(*url);
+    return {InvalidAddress{}, std::string(text)};
+}
 
 DocumentSource DocumentSource::standardInput() { return {StandardInput{}, "stdin"}; }
 
@@ -27,6 +37,21 @@ namespace {
 
 std::string readReason(const std::filesystem::filesystem_error& error) {
     return "cannot read: " + fileErrorReason(error);
+}
+
+std::string limitText() { return std::to_string(maximumDocumentBytes >> 20) + " MiB"; }
+
+// The body of a successful answer, at most `limit` bytes: the transfer is
+// stopped as soon as more arrive.
+Data download(const URL& url, std::size_t limit) {
+    DownloadLimits limits;
+    limits.maximumBytes = limit;
+    DownloadedFile file = downloadFile(url, limits);
+    long status = file.response.statusCode;
+    if (status < 200 || status > 299) {
+        throw DownloadError(DownloadError::Reason::unsuccessfulStatus, "the server answered " + statusText(status));
+    }
+    return readData(file.location.path(), limit);
 }
 
 LoadedDocument failed(DocumentFailure failure, std::vector<DocumentProblem> problems, std::exception_ptr error) {
@@ -49,6 +74,10 @@ public:
             return data->size() > limit ? Data(data->begin(), data->begin() + limit) : *data;
         }
         if (std::holds_alternative<DocumentSource::StandardInput>(source.origin_)) return readStandardInput(limit);
+        if (const auto* url = std::get_if<URL>(&source.origin_)) return download(*url, maximumDocumentBytes);
+        if (std::holds_alternative<DocumentSource::InvalidAddress>(source.origin_)) {
+            throw DownloadError(DownloadError::Reason::other, "not a valid http, https or file URL");
+        }
         const auto& path = std::get<std::filesystem::path>(source.origin_);
         if (std::filesystem::is_directory(path)) {
             throw std::filesystem::filesystem_error("cannot read file", path,
@@ -64,9 +93,18 @@ LoadedDocument loadDocument(const DocumentSource& source, bool check) {
         bytes = DocumentReader::read(source);
     } catch (const std::filesystem::filesystem_error& error) {
         return failed(DocumentFailure::unreadable, {{"", readReason(error)}}, std::current_exception());
+    } catch (const DownloadError& error) {
+        if (error.reason == DownloadError::Reason::tooLarge) {
+            return failed(DocumentFailure::tooLarge,
+                          {{"", "cannot download: larger than the limit of " + limitText() +
+                                    " for an overlay document; the transfer was stopped"}},
+                          std::current_exception());
+        }
+        return failed(DocumentFailure::unreadable, {{"", std::string("cannot download: ") + error.what()}},
+                      std::current_exception());
     }
     if (bytes.size() > maximumDocumentBytes) {
-        std::string limit = std::to_string(maximumDocumentBytes >> 20) + " MiB";
+        std::string limit = limitText();
         auto error = std::filesystem::filesystem_error("larger than the limit of " + limit + " for a document",
                                                        source.name(), std::make_error_code(std::errc::file_too_large));
         return failed(DocumentFailure::tooLarge,

@@ -2,25 +2,78 @@
 #include <Platform/Fatal.hpp>
 
 #include <unicode/calendar.h>
+#include <unicode/locid.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <memory>
 #include <string>
 
 namespace vantel {
 
-std::string formatNow(std::string_view icuPattern) {
+namespace {
+
+icu::UnicodeString unicode(std::string_view text) {
+    return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+}
+
+std::unique_ptr<icu::SimpleDateFormat> formatterFor(std::string_view pattern, const icu::Locale& locale) {
     UErrorCode status = U_ZERO_ERROR;
-    icu::UnicodeString pattern = icu::UnicodeString::fromUTF8(
-        icu::StringPiece(icuPattern.data(), static_cast<int32_t>(icuPattern.size())));
-    icu::SimpleDateFormat formatter(pattern, status);
+    auto formatter = std::make_unique<icu::SimpleDateFormat>(unicode(pattern), locale, status);
     if (U_FAILURE(status)) {
-        fatalError("Invalid date pattern \"" + std::string(icuPattern) + "\": " + u_errorName(status));
+        fatalError("Invalid date pattern \"" + std::string(pattern) + "\": " + u_errorName(status));
     }
+    return formatter;
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+    std::string bytes;
+    return text.toUTF8String(bytes);
+}
+
+UDate icuDate(Date date) {
+    return static_cast<UDate>(std::chrono::duration_cast<std::chrono::milliseconds>(date.time_since_epoch()).count());
+}
+
+UCalendarDateFields fieldOf(CalendarUnit unit) {
+    switch (unit) {
+    case CalendarUnit::year: return UCAL_YEAR;
+    case CalendarUnit::month: return UCAL_MONTH;
+    case CalendarUnit::weekOfMonth: return UCAL_WEEK_OF_MONTH;
+    case CalendarUnit::day: return UCAL_DATE;
+    case CalendarUnit::hour: return UCAL_HOUR_OF_DAY;
+    case CalendarUnit::minute: return UCAL_MINUTE;
+    case CalendarUnit::second: return UCAL_SECOND;
+    }
+    fatalError("Unknown calendar unit");
+}
+
+}  // namespace
+
+std::string formatNow(std::string_view icuPattern) {
     icu::UnicodeString formatted;
-    formatter.format(icu::Calendar::getNow(), formatted);
-    std::string text;
-    return formatted.toUTF8String(text);
+    formatterFor(icuPattern, icu::Locale::getDefault())->format(icu::Calendar::getNow(), formatted);
+    return utf8(formatted);
+}
+
+std::string DateFormatter::string(Date date) const {
+    if (dateFormat.empty()) return "";
+    icu::Locale locale = localeIdentifier.empty() ? icu::Locale::getDefault() : icu::Locale(localeIdentifier.c_str());
+    auto formatter = formatterFor(dateFormat, locale);
+    if (!timeZoneIdentifier.empty()) formatter->adoptTimeZone(icu::TimeZone::createTimeZone(unicode(timeZoneIdentifier)));
+    icu::UnicodeString formatted;
+    formatter->format(icuDate(date), formatted);
+    return utf8(formatted);
+}
+
+std::int64_t calendarDifference(Date start, Date end, CalendarUnit unit) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(status));
+    if (U_FAILURE(status)) fatalError(std::string("Cannot create the default calendar: ") + u_errorName(status));
+    calendar->setTime(icuDate(start), status);
+    int32_t difference = calendar->fieldDifference(icuDate(end), fieldOf(unit), status);
+    return U_FAILURE(status) ? 0 : difference;
 }
 
 }  // namespace vantel

@@ -1,6 +1,7 @@
 #include <Platform/URL.hpp>
 
 #include <array>
+#include <cctype>
 #include <cstdio>
 
 namespace vantel {
@@ -9,10 +10,30 @@ namespace {
 
 constexpr std::string_view fileScheme = "file://";
 
+bool isAlphanumeric(unsigned char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
 // Unreserved characters and the delimiters a path may hold as they are.
 bool allowedInPath(unsigned char c) {
-    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) return true;
+    if (isAlphanumeric(c)) return true;
     return std::string_view("-._~!$&'()*+,;=:@/").find(static_cast<char>(c)) != std::string_view::npos;
+}
+
+// What a written web address may hold in its path, query and fragment: the
+// path characters, "?" and escapes.
+bool allowedInAddress(unsigned char c) { return allowedInPath(c) || c == '?' || c == '%'; }
+
+bool allowedInHost(unsigned char c) {
+    if (isAlphanumeric(c)) return true;
+    return std::string_view("-._~!$&'()*+,;=:[]%").find(static_cast<char>(c)) != std::string_view::npos;
+}
+
+bool allOf(std::string_view text, bool (*allowed)(unsigned char)) {
+    for (unsigned char c : text) {
+        if (!allowed(c)) return false;
+    }
+    return true;
 }
 
 std::string percentEncoded(std::string_view path) {
@@ -55,6 +76,28 @@ std::optional<std::string> percentDecoded(std::string_view text) {
     return decoded;
 }
 
+// The text after the first `separator`, cut off from `text`; nothing when
+// the separator does not occur.
+std::optional<std::string> splitOff(std::string_view& text, char separator) {
+    std::size_t at = text.find(separator);
+    if (at == std::string_view::npos) return std::nullopt;
+    std::string after(text.substr(at + 1));
+    text = text.substr(0, at);
+    return after;
+}
+
+bool isWellFormedPart(const std::optional<std::string>& part) {
+    return !part || (allOf(*part, allowedInAddress) && percentDecoded(*part).has_value());
+}
+
+bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
+    if (text.size() < prefix.size()) return false;
+    for (std::size_t at = 0; at < prefix.size(); ++at) {
+        if (std::tolower(static_cast<unsigned char>(text[at])) != prefix[at]) return false;
+    }
+    return true;
+}
+
 // Absolute, without trailing slashes (but "/" stays).
 std::string normalizedPath(const std::filesystem::path& path) {
     std::string text = std::filesystem::absolute(path).string();
@@ -73,28 +116,65 @@ URL URL::fileURL(const std::filesystem::path& path, bool isDirectory) {
 
 std::optional<URL> URL::fromString(std::string_view text) {
     if (text.empty()) return std::nullopt;
+    for (std::string_view scheme : {"http", "https"}) {
+        std::string prefix = std::string(scheme) + "://";
+        if (startsWithIgnoringCase(text, prefix)) return webURL(scheme, text.substr(prefix.size()));
+    }
     if (!text.starts_with(fileScheme)) {
         if (text.find("://") != std::string_view::npos) return std::nullopt;
         return fileURL(std::string(text));
     }
     text.remove_prefix(fileScheme.size());
+    std::optional<std::string> fragment = splitOff(text, '#');
+    std::optional<std::string> query = splitOff(text, '?');
     std::size_t slash = text.find('/');
     if (slash == std::string_view::npos) return std::nullopt;
     std::string_view host = text.substr(0, slash);
     if (!host.empty() && host != "localhost") return std::nullopt;
     auto path = percentDecoded(text.substr(slash));
-    if (!path) return std::nullopt;
-    return fileURL(*path);
+    if (!path || !isWellFormedPart(query) || !isWellFormedPart(fragment)) return std::nullopt;
+    URL url = fileURL(*path);
+    url.query_ = std::move(query);
+    url.fragment_ = std::move(fragment);
+    return url;
+}
+
+std::optional<URL> URL::webURL(std::string_view scheme, std::string_view rest) {
+    std::optional<std::string> fragment = splitOff(rest, '#');
+    std::optional<std::string> query = splitOff(rest, '?');
+    std::string_view host = rest.substr(0, rest.find('/'));
+    std::string_view path = rest.substr(host.size());
+    if (host.empty() || !allOf(host, allowedInHost) || !allOf(path, allowedInAddress)) return std::nullopt;
+    if (!isWellFormedPart(query) || !isWellFormedPart(fragment)) return std::nullopt;
+    auto decoded = percentDecoded(path);
+    if (!decoded) return std::nullopt;
+    bool isDirectory = decoded->ends_with('/');
+    while (decoded->size() > 1 && decoded->back() == '/') decoded->pop_back();
+    URL url(std::move(*decoded), isDirectory);
+    url.scheme_ = scheme;
+    url.host_ = host;
+    url.query_ = std::move(query);
+    url.fragment_ = std::move(fragment);
+    return url;
+}
+
+URL URL::withPath(std::string path, bool isDirectory) const {
+    URL url = *this;
+    url.path_ = std::move(path);
+    url.isDirectory_ = isDirectory;
+    return url;
 }
 
 std::string URL::absoluteString() const {
-    std::string text = std::string(fileScheme) + percentEncoded(path_);
+    std::string text = scheme_ + "://" + host_ + percentEncoded(path_);
     if (isDirectory_ && path_ != "/") text += '/';
+    if (query_) text += "?" + *query_;
+    if (fragment_) text += "#" + *fragment_;
     return text;
 }
 
 std::string URL::lastPathComponent() const {
-    if (path_ == "/") return path_;
+    if (path_ == "/" || path_.empty()) return path_;
     return path_.substr(path_.rfind('/') + 1);
 }
 
@@ -110,26 +190,26 @@ URL URL::appendingPathComponent(std::string_view component, bool isDirectory) co
     if (name.size() > 1 && name.back() == '/') isDirectory = true;
     while (!name.empty() && name.back() == '/') name.pop_back();
     while (!name.empty() && name.front() == '/') name.erase(name.begin());
-    if (name.empty()) return URL(path_, isDirectory_ || isDirectory);
-    std::string joined = path_ == "/" ? "/" + name : path_ + "/" + name;
-    return URL(std::move(joined), isDirectory);
+    if (name.empty()) return withPath(path_, isDirectory_ || isDirectory);
+    std::string joined = path_ == "/" || path_.empty() ? "/" + name : path_ + "/" + name;
+    return withPath(std::move(joined), isDirectory);
 }
 
 URL URL::deletingLastPathComponent() const {
     std::size_t slash = path_.rfind('/');
-    if (path_ == "/" || slash == 0) return URL("/", true);
-    return URL(path_.substr(0, slash), true);
+    if (path_ == "/" || path_.empty() || slash == 0) return withPath("/", true);
+    return withPath(path_.substr(0, slash), true);
 }
 
 URL URL::appendingPathExtension(std::string_view extension) const {
-    if (extension.empty() || path_ == "/") return *this;
-    return URL(path_ + "." + std::string(extension), isDirectory_);
+    if (extension.empty() || path_ == "/" || path_.empty()) return *this;
+    return withPath(path_ + "." + std::string(extension), isDirectory_);
 }
 
 URL URL::deletingPathExtension() const {
     std::string extension = pathExtension();
     if (extension.empty()) return *this;
-    return URL(path_.substr(0, path_.size() - extension.size() - 1), isDirectory_);
+    return withPath(path_.substr(0, path_.size() - extension.size() - 1), isDirectory_);
 }
 
 }  // namespace vantel

@@ -1,12 +1,47 @@
 #include "DocumentLoading.hpp"
 
+#include <ZBExtensions/URLExtensions.hpp>
+
+#include <array>
+#include <cctype>
+#include <filesystem>
 #include <iostream>
 #include <new>
+#include <string_view>
 
 namespace vantel::cli {
 
+namespace {
+
+bool namesURL(const std::string& argument) {
+    constexpr std::array<std::string_view, 3> schemes = {"http://", "https://", "file://"};
+    for (std::string_view scheme : schemes) {
+        if (argument.size() < scheme.size()) continue;
+        bool same = true;
+        for (std::size_t at = 0; at < scheme.size(); ++at) {
+            same = same && std::tolower(static_cast<unsigned char>(argument[at])) == scheme[at];
+        }
+        if (same) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 DocumentSource documentSource(const std::string& argument) {
-    return argument == "-" ? DocumentSource::standardInput() : DocumentSource::file(argument);
+    if (argument == "-") return DocumentSource::standardInput();
+    if (namesURL(argument)) return DocumentSource::address(argument);
+    return DocumentSource::file(argument);
+}
+
+std::string outputStem(const std::string& argument) {
+    if (argument == "-") return "stdin";
+    if (namesURL(argument)) {
+        auto url = URL::fromString(argument);
+        std::string stem = url ? filename(*url) : "";
+        return stem.empty() || stem == "/" ? "index" : stem;
+    }
+    return std::filesystem::path(argument).stem().string();
 }
 
 CommandDocument readDocument(const DocumentSource& source, bool checks, const std::optional<Color>& background) {

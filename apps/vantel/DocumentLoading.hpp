@@ -1,7 +1,7 @@
 #pragma once
 
-// The command's side of reading a document: an argument names a file, or
-// standard input as "-"; the library's loadDocument reads, decodes and checks
+// The command's side of reading a document: an argument names a file, a
+// file, http or https URL, or standard input as "-"; the library's loadDocument reads, decodes and checks
 // it, and this turns what went wrong into the command's lines, "NAME: what",
 // and exit code.
 
@@ -24,8 +24,14 @@ struct CommandDocument {
     bool ok() const { return document != nullptr; }
 };
 
-// "-" is standard input, named "stdin" in messages.
+// "-" is standard input, named "stdin" in messages; text starting with
+// "http://", "https://" or "file://" is a URL, anything else a file name.
 DocumentSource documentSource(const std::string& argument);
+
+// The name an output made from the argument takes, without extension: the
+// file's or the URL's last path component ("shot" for .../shot.aspectratio),
+// "stdin" for "-", and "index" for a web address that names no file.
+std::string outputStem(const std::string& argument);
 
 // `checks` false only decodes (for commands that describe bad documents too).
 // A background, when given, replaces the document's own (--background).

@@ -242,7 +242,7 @@ CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
     CLI::App* sub = app.add_subcommand("info", "Describe an overlay document");
     setUsageForms(sub, {"vantel info [--json] [--colors FORM] FILE"});
     sub->footer(infoFooter);
-    sub->add_option("FILE", options->file, "an overlay document (.aspectratio), or - for standard input")
+    sub->add_option("FILE", options->file, "an overlay document (.aspectratio file or http(s) URL), or - for standard input")
         ->required()
         ->option_text("FILE")
         ->group("Input");

@@ -90,7 +90,7 @@ std::vector<RenderJob> plannedJobs(const RenderOptions& options, const OutputFor
     } else {
         std::map<fs::path, fs::path> writers;  // output -> input
         for (const std::string& input : options.inputs) {
-            fs::path output = fs::path(options.outDir) / (input == standardStream ? fs::path("stdin") : fs::path(input).stem());
+            fs::path output = fs::path(options.outDir) / outputStem(input);
             output += "." + format.extension;
             auto [entry, added] = writers.emplace(output.lexically_normal(), input);
             if (!added) {
@@ -236,7 +236,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
                         "vantel render FILE... -o OUT.pdf",
                         "vantel render FILE... --out-dir DIR [--format F] [--jobs N]"});
     sub->footer(renderFooter);
-    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio); - reads one from standard input")
+    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio files or http(s) URLs); - reads one from standard input")
         ->required()
         ->option_text("FILE...")
         ->group("Input");

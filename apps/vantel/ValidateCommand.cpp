@@ -39,7 +39,7 @@ CommandRegistration registration(40, [](CLI::App& app, ExitCode& result) {
         "validate", "Check that overlay documents can be read and drawn; report every value that cannot");
     setUsageForms(sub, {"vantel validate FILE..."});
     sub->footer(validateFooter);
-    sub->add_option("FILE", *files, "overlay documents (.aspectratio); - reads one from standard input")
+    sub->add_option("FILE", *files, "overlay documents (.aspectratio files or http(s) URLs); - reads one from standard input")
         ->required()
         ->option_text("FILE...")
         ->group("Input");

@@ -23,7 +23,8 @@ TEST(URLTest, TextParsesAsFileURLOrPlainPath) {
     EXPECT_EQ(URL::fromString("/a/b/"), URL::fileURL("/a/b", true));
     URL encoded = URL::fileURL("/tmp/a b%c");
     EXPECT_EQ(URL::fromString(encoded.absoluteString()), encoded);
-    for (const char* bad : {"", "https://example.com/a", "file://server/a", "file:///a%2", "file:///a%zz"}) {
+    for (const char* bad : {"", "ftp://example.com/a", "file://server/a", "file:///a%2", "file:///a%zz",
+                            "https:///a", "https://example.com/a b", "http://ex ample.com/", "https://h/a?q=%zz"}) {
         EXPECT_FALSE(URL::fromString(bad).has_value()) << bad;
     }
 }
@@ -51,4 +52,32 @@ TEST(URLTest, AppendingAndDeletingComponents) {
     EXPECT_EQ(URL::fileURL("/a").deletingLastPathComponent(), URL::fileURL("/"));
     EXPECT_EQ(URL::fileURL("/").deletingLastPathComponent(), URL::fileURL("/"));
     EXPECT_NE(URL::fileURL("/docs"), folder);  // a file and a folder of one path differ
+}
+
+TEST(URLTest, WebAddressesKeepHostQueryAndFragment) {
+    auto url = URL::fromString("HTTPS://example.com:8443/docs/a%20b.x.png?size=2&x=%C3%BC#top");
+    ASSERT_TRUE(url);
+    EXPECT_FALSE(url->isFileURL());
+    EXPECT_EQ(url->scheme(), "https");
+    EXPECT_EQ(url->host(), "example.com:8443");
+    EXPECT_EQ(url->path(), "/docs/a b.x.png");
+    EXPECT_EQ(url->query(), "size=2&x=%C3%BC");
+    EXPECT_EQ(url->fragment(), "top");
+    EXPECT_EQ(url->absoluteString(), "https://example.com:8443/docs/a%20b.x.png?size=2&x=%C3%BC#top");
+    EXPECT_EQ(url->deletingPathExtension().absoluteString(), "https://example.com:8443/docs/a%20b.x?size=2&x=%C3%BC#top");
+    EXPECT_EQ(url->deletingLastPathComponent().appendingPathComponent("c").absoluteString(),
+              "https://example.com:8443/docs/c?size=2&x=%C3%BC#top");
+
+    auto bare = URL::fromString("http://example.com");
+    ASSERT_TRUE(bare);
+    EXPECT_EQ(bare->lastPathComponent(), "");
+    EXPECT_EQ(bare->appendingPathComponent("a.png").absoluteString(), "http://example.com/a.png");
+    EXPECT_EQ(URL::fromString("http://example.com/docs/")->absoluteString(), "http://example.com/docs/");
+    EXPECT_NE(URL::fromString("http://example.com/a"), URL::fromString("https://example.com/a"));
+
+    auto withQuery = URL::fromString("file:///tmp/x.png?");
+    ASSERT_TRUE(withQuery);
+    EXPECT_EQ(withQuery->path(), "/tmp/x.png");
+    EXPECT_EQ(withQuery->query(), "");
+    EXPECT_EQ(withQuery->absoluteString(), "file:///tmp/x.png?");
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-// The one way a document from outside comes in: from a file, a file URL,
-// standard input or bytes already in memory, read with a size bound,
+// The one way a document from outside comes in: from a file, a file URL, a
+// web address, standard input or bytes already in memory, read with a size
+// bound (a download is stopped once it passes the bound),
 // decoded and checked. Every host (the command, the thumbnailer, the preview
 // provider, the fuzzer) goes through loadDocument, so a document that could
 // stop the process on drawing is refused in one place.
@@ -17,6 +18,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -31,7 +33,11 @@ inline constexpr std::size_t maximumDocumentBytes = 8 << 20;
 class DocumentSource {
 public:
     static DocumentSource file(std::filesystem::path path);
+    // A file URL reads the file; an http(s) URL downloads, named by its address.
     static DocumentSource url(const URL& url);
+    // Text naming a URL ("https://...", "file:///..."); text that is not one
+    // gives a source that fails to read with that reason.
+    static DocumentSource address(std::string_view text);
     static DocumentSource standardInput();  // named "stdin"
     static DocumentSource bytes(Data data, std::string name);
 
@@ -39,7 +45,8 @@ public:
 
 private:
     struct StandardInput {};
-    using Origin = std::variant<std::filesystem::path, StandardInput, Data>;
+    struct InvalidAddress {};
+    using Origin = std::variant<std::filesystem::path, StandardInput, Data, URL, InvalidAddress>;
     DocumentSource(Origin origin, std::string name) : origin_(std::move(origin)), name_(std::move(name)) {}
 
     friend class DocumentReader;
@@ -66,7 +73,9 @@ struct LoadedDocument {
     // or directory", "ratios[0].weight: ...".
     std::vector<DocumentProblem> problems;
     // The failure as thrown: std::filesystem::filesystem_error (unreadable,
-    // or file_too_large), DecodingError, or UndrawableDocumentError.
+    // or file_too_large), DownloadError (a web address that could not be
+    // fetched, or answered other than 2xx), DecodingError, or
+    // UndrawableDocumentError.
     std::exception_ptr error;
 
     bool ok() const { return document != nullptr; }

@@ -1,7 +1,9 @@
 #pragma once
 
-// File URLs: an absolute path, marked as a directory or not, written as a
-// percent-encoded "file://" address.
+// File and web addresses. A file URL is an absolute path, marked as a
+// directory or not, written as a percent-encoded "file://" address; a web URL
+// is "http://" or "https://" with a host, a path, and an optional query and
+// fragment. Paths are held decoded and encoded again when written.
 
 #include <filesystem>
 #include <optional>
@@ -15,11 +17,22 @@ public:
     // A relative path is taken from the current directory.
     static URL fileURL(const std::filesystem::path& path, bool isDirectory = false);
     // "file:///a%20b/c" (percent-decoded; host empty or "localhost") or a plain
-    // path; a trailing slash marks a directory. Nothing for other schemes,
-    // other hosts, bad escapes and empty text.
+    // path; a trailing slash marks a directory. "http://host[:port]/path" and
+    // "https://..." with an optional "?query" and "#fragment" (kept as
+    // written); a "?" or "#" in a file URL starts those too, in a plain path
+    // it is part of the name. Nothing for other schemes, other file hosts,
+    // bad escapes, characters a URL cannot hold, and empty text.
     static std::optional<URL> fromString(std::string_view text);
 
-    // The path without a trailing slash ("/" for the root).
+    bool isFileURL() const { return scheme_ == "file"; }
+    const std::string& scheme() const { return scheme_; }  // "file", "http" or "https"
+    // "example.com:8080"; empty for file URLs.
+    const std::string& host() const { return host_; }
+    const std::optional<std::string>& query() const { return query_; }        // percent-encoded
+    const std::optional<std::string>& fragment() const { return fragment_; }  // percent-encoded
+
+    // The path without a trailing slash ("/" for the root; empty for a web
+    // address with no path at all).
     std::filesystem::path path() const { return path_; }
     bool hasDirectoryPath() const { return isDirectory_; }
     // "file:///a%20b/c", with a trailing slash for directories.
@@ -30,6 +43,7 @@ public:
     // none or the component starts with its only dot (".profile").
     std::string pathExtension() const;
 
+    // The path operations keep a web address's query and fragment.
     URL appendingPathComponent(std::string_view component, bool isDirectory = false) const;
     URL deletingLastPathComponent() const;  // a directory; the root stays the root
     // An empty extension changes nothing.
@@ -40,9 +54,16 @@ public:
 
 private:
     URL(std::string path, bool isDirectory) : path_(std::move(path)), isDirectory_(isDirectory) {}
+    static std::optional<URL> webURL(std::string_view scheme, std::string_view rest);
+    // A copy with another path; scheme, host, query and fragment stay.
+    URL withPath(std::string path, bool isDirectory) const;
 
+    std::string scheme_ = "file";
+    std::string host_;
     std::string path_;
     bool isDirectory_ = false;
+    std::optional<std::string> query_;
+    std::optional<std::string> fragment_;
 };
 
 }  // namespace vantel

@@ -1,0 +1,71 @@
+#!/bin/bash
+# http(s) documents: `vantel render`, `info` and `validate` read a document
+# from a local web server on 127.0.0.1 (started here, never the internet).
+# A served document renders like the same file read from disk and takes its
+# --out-dir name from the address; a 9 MiB one is stopped while downloading
+# with the limit in the message; a 404 and a refused connection get one line
+# naming the address and the exit code of an unreadable file; nothing is
+# written for a failure.
+# shellcheck source=lib.sh
+source "$(dirname "$0")/lib.sh"
+make_workdir
+
+site="$WORK/site"
+mkdir -p "$site"
+cp "$EXAMPLES/sample.aspectratio" "$site/sample.aspectratio"
+"$PYTHON" -c 'import sys; open(sys.argv[1], "wb").write(b"<" * (9 << 20))' "$site/huge.aspectratio"
+
+"$PYTHON" "$SOURCE_DIR/tests/support/http_server.py" "$site" >"$WORK/port" &
+server=$!
+trap 'kill "$server" 2>/dev/null; rm -rf "$WORK"' EXIT
+for _ in $(seq 100); do [ -s "$WORK/port" ] && break; sleep 0.1; done
+web="http://127.0.0.1:$(head -n 1 "$WORK/port")"
+# Downloads land in the temporary folder: a private one shows what is left.
+export TMPDIR="$WORK/tmp"
+mkdir -p "$TMPDIR"
+
+expect_exit() { # CODE NAME COMMAND...
+  local expected=$1 name=$2 status=0
+  shift 2
+  "$@" >"$WORK/stdout" 2>"$WORK/stderr" || status=$?
+  [ "$status" -eq "$expected" ] || fail "$name: exit status $status, expected $expected: $(cat "$WORK/stderr")"
+}
+
+expect_one_error_line() { # NAME ADDRESS PATTERN
+  local lines
+  lines=$(wc -l <"$WORK/stderr")
+  [ "$lines" -eq 1 ] || fail "$1: $lines lines on standard error, expected one: $(cat "$WORK/stderr")"
+  grep -qF -- "$2: " "$WORK/stderr" || fail "$1: the error does not start with $2: $(cat "$WORK/stderr")"
+  grep -qE -- "$3" "$WORK/stderr" || fail "$1: the error does not say /$3/: $(cat "$WORK/stderr")"
+}
+
+# A served document draws as the file does.
+"$VANTEL" render "$EXAMPLES/sample.aspectratio" -o "$WORK/local.png"
+expect_exit 0 "render from http" "$VANTEL" render "$web/sample.aspectratio" -o "$WORK/web.png"
+cmp -s "$WORK/local.png" "$WORK/web.png" || fail "the served document rendered differently from the file"
+expect_exit 0 "render --out-dir from http" "$VANTEL" render "$web/sample.aspectratio?v=2" --out-dir "$WORK/outs"
+[ -f "$WORK/outs/sample.png" ] || fail "--out-dir did not name the output after the address: $(ls "$WORK/outs")"
+expect_exit 0 "validate from http" "$VANTEL" validate "$web/sample.aspectratio"
+expect_exit 0 "info from http" "$VANTEL" info "$web/sample.aspectratio"
+grep -q "1920" "$WORK/stdout" || fail "info from http does not describe the canvas: $(cat "$WORK/stdout")"
+
+# Failures: the line names the address; no output appears.
+for path in /huge.aspectratio /stream/huge.aspectratio; do
+  expect_exit 1 "9 MiB at $path" "$VANTEL" render "$web$path" -o "$WORK/huge.png"
+  expect_one_error_line "9 MiB at $path" "$web$path" "limit of 8 MiB.*stopped"
+done
+expect_exit 3 "404" "$VANTEL" render "$web/missing.aspectratio" -o "$WORK/missing.png"
+expect_one_error_line "404" "$web/missing.aspectratio" "404 Not Found"
+expect_exit 3 "404 validate" "$VANTEL" validate "$web/missing.aspectratio"
+expect_one_error_line "404 validate" "$web/missing.aspectratio" "404 Not Found"
+expect_exit 3 "refused connection" "$VANTEL" render "http://127.0.0.1:1/a.aspectratio" -o "$WORK/refused.png"
+expect_one_error_line "refused connection" "http://127.0.0.1:1/a.aspectratio" "connection was refused"
+expect_exit 3 "bad address" "$VANTEL" render "http://127.0.0.1/a b.aspectratio" -o "$WORK/bad.png"
+expect_one_error_line "bad address" "http://127.0.0.1/a b.aspectratio" "not a valid"
+for name in huge missing refused bad; do
+  [ ! -e "$WORK/$name.png" ] || fail "a failed download left $name.png"
+done
+leftovers=$(find "$TMPDIR" -mindepth 1 | wc -l)
+[ "$leftovers" -eq 0 ] || fail "temporary files left behind: $(ls "$TMPDIR")"
+
+finish
