@@ -47,7 +47,7 @@ struct HexCharacters {
     std::vector<std::string_view> characters;
 
     explicit HexCharacters(std::string_view input) {
-        for (char c : trimmingWhiteSpace(input)) {
+        for (char c : trimmingWhiteSpaceAndNewlines(input)) {
             if (c != '#') text += c;
         }
         characters = graphemeClusters(text);

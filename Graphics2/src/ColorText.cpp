@@ -46,7 +46,7 @@ std::vector<double> numbersBetweenCommas(std::string_view list) {
 // user-perceived characters after trimming and dropping every "#".
 size_t hexCharactersAfterTrimming(std::string_view text) {
     std::string digits;
-    for (char character : trimmingWhiteSpace(text)) {
+    for (char character : trimmingWhiteSpaceAndNewlines(text)) {
         if (character != '#') digits += character;
     }
     return graphemeCount(digits);

@@ -10,6 +10,13 @@ bool isWhiteSpaceOrNewline(char32_t codePoint) { return u_isUWhiteSpace(static_c
 
 bool isUppercase(char32_t codePoint) { return u_isUUppercase(static_cast<UChar32>(codePoint)); }
 
+bool isUppercaseLetter(char32_t codePoint) {
+    int8_t category = u_charType(static_cast<UChar32>(codePoint));
+    return category == U_UPPERCASE_LETTER || category == U_TITLECASE_LETTER;
+}
+
+bool isSpaceOrTab(char32_t codePoint) { return u_isblank(static_cast<UChar32>(codePoint)); }
+
 DecodedCodePoint decodeCodePoint(std::string_view utf8, std::size_t at) {
     auto length = static_cast<int32_t>(utf8.size());
     auto offset = static_cast<int32_t>(at);
@@ -29,7 +36,7 @@ bool isValidUTF8(std::string_view bytes) {
     return true;
 }
 
-std::string_view trimmingWhiteSpace(std::string_view utf8) {
+std::string_view trimmingWhiteSpaceAndNewlines(std::string_view utf8) {
     std::size_t start = 0;
     while (start < utf8.size()) {
         DecodedCodePoint next = decodeCodePoint(utf8, start);
@@ -57,6 +64,18 @@ std::size_t utf16Length(std::string_view utf8) {
         at += next.length;
     }
     return units;
+}
+
+std::size_t utf8Offset(std::string_view utf8, std::size_t utf16Position) {
+    std::size_t units = 0;
+    std::size_t at = 0;
+    while (at < utf8.size()) {
+        DecodedCodePoint next = decodeCodePoint(utf8, at);
+        units += next.value > 0xFFFF ? 2 : 1;
+        if (units > utf16Position) break;
+        at += next.length;
+    }
+    return at;
 }
 
 }  // namespace vantel

@@ -1,4 +1,5 @@
 #include <ZBExtensions/Process.hpp>
+#include <ZBExtensions/RegularExpressionMatching.hpp>
 
 #include <Platform/ChildProcess.hpp>
 #include <Platform/Fatal.hpp>
@@ -197,12 +198,9 @@ void waitForDataInBackgroundAndNotify(const std::shared_ptr<FileHandle>& handle)
 std::optional<std::string> terminalTitle(const std::string& text) {
     static const std::optional<RegularExpression> title = RegularExpression::compile("\\033]\\d;(\\w+)\\007");
     if (!title) return std::nullopt;
-    // The search covers as many UTF-16 units as the text has characters.
-    std::optional<RegularExpression::Match> match = title->firstMatch(text, 0, graphemeCount(text));
+    std::optional<RegularExpression::Match> match = firstMatch(*title, text);
     if (!match) return std::nullopt;
-    std::size_t group = title->numberOfCaptureGroups() == 1 ? 1 : 0;
-    if (!(*match)[group]) return std::nullopt;
-    return RegularExpression::substring(text, *(*match)[group]);
+    return matchedString(*match, title->numberOfCaptureGroups() == 1 ? 1 : 0, text);
 }
 
 void readTitle(const std::shared_ptr<FileHandle>& handle, std::function<void(const std::string&)> handler) {

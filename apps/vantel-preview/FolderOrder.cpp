@@ -1,12 +1,23 @@
 #include "FolderOrder.hpp"
 
+#include <ZBExtensions/Strings.hpp>
+
 #include <algorithm>
+#include <string>
 #include <system_error>
 
 namespace vantel::preview {
 
+// Natural order of the names, as file browsers list them (shot2 before
+// shot10, case ignored). Names that rank equal there (Shot1 and shot1) fall
+// back to their bytes, so the walk has one fixed order however the folder
+// happens to list them.
 bool documentPrecedes(const std::filesystem::path& a, const std::filesystem::path& b) {
-    return a.filename().string() < b.filename().string();
+    std::string first = a.filename().string();
+    std::string second = b.filename().string();
+    if (naturallyPrecedes(first, second)) return true;
+    if (naturallyPrecedes(second, first)) return false;
+    return first < second;
 }
 
 std::vector<std::filesystem::path> documentsInFolder(const std::filesystem::path& folder) {

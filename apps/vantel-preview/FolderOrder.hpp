@@ -6,8 +6,9 @@
 namespace vantel::preview {
 
 // The documents (".aspectratio" files) in `folder`, in the order Left and
-// Right walk them. All ordering goes through documentPrecedes, so a change of
-// order (natural order, say) is made there alone.
+// Right walk them: natural order of the names, as `vantel render` takes a
+// batch. All ordering goes through documentPrecedes, so a change of order is
+// made there alone.
 bool documentPrecedes(const std::filesystem::path& a, const std::filesystem::path& b);
 std::vector<std::filesystem::path> documentsInFolder(const std::filesystem::path& folder);
 

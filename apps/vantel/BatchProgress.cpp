@@ -7,19 +7,33 @@
 namespace vantel::cli {
 
 BatchProgress::BatchProgress(std::size_t total, bool showProgress, std::ostream& output, std::ostream& errors)
-    : total_(total), showProgress_(showProgress), output_(output), errors_(errors) {}
+    : total_(total), done_(total, false), waitingLines_(total), showProgress_(showProgress), output_(output),
+      errors_(errors) {}
 
-void BatchProgress::succeeded() {
+void BatchProgress::succeeded(std::size_t index) {
     std::lock_guard lock(mutex_);
     ++rendered_;
-    drawProgress();
+    finished(index, {});
 }
 
-void BatchProgress::failed(const std::vector<std::string>& lines) {
+void BatchProgress::failed(std::size_t index, std::vector<std::string> lines) {
     std::lock_guard lock(mutex_);
     ++failed_;
-    clearProgress();
-    for (const std::string& line : lines) errors_ << line << '\n';
+    finished(index, std::move(lines));
+}
+
+// Writes the lines of every file whose turn has come, then the progress.
+void BatchProgress::finished(std::size_t index, std::vector<std::string> lines) {
+    done_.at(index) = true;
+    waitingLines_[index] = std::move(lines);
+    bool cleared = false;
+    for (; nextToReport_ < total_ && done_[nextToReport_]; ++nextToReport_) {
+        std::vector<std::string> due = std::move(waitingLines_[nextToReport_]);
+        if (due.empty()) continue;
+        if (!cleared) clearProgress();
+        cleared = true;
+        for (const std::string& line : due) errors_ << line << '\n';
+    }
     drawProgress();
 }
 

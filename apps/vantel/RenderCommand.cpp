@@ -9,6 +9,8 @@
 #include "OutputFormat.hpp"
 #include "RenderOutput.hpp"
 
+#include <ZBExtensions/Strings.hpp>
+
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
@@ -120,9 +122,9 @@ ExitCode renderAll(const std::vector<RenderJob>& jobs, const DrawingChoices& cho
             RenderOutcome outcome = renderFile(jobs[i].input, jobs[i].output, format, choices);
             codes[i] = outcome.code;
             if (outcome.ok()) {
-                progress.succeeded();
+                progress.succeeded(i);
             } else {
-                progress.failed(outcome.problems);
+                progress.failed(i, outcome.problems);
             }
         }
     };
@@ -157,7 +159,15 @@ ExitCode renderPages(const RenderOptions& options, const DrawingChoices& choices
     return outcome.code;
 }
 
-ExitCode runRender(const RenderOptions& options) {
+// Documents are rendered, reported and paged in natural order of their
+// names (shot2 before shot10), whatever order the shell expanded them in.
+RenderOptions inNaturalOrder(RenderOptions options) {
+    std::stable_sort(options.inputs.begin(), options.inputs.end(), NaturalOrder{});
+    return options;
+}
+
+ExitCode runRender(const RenderOptions& given) {
+    const RenderOptions options = inNaturalOrder(given);
     checkOutputNaming(options);
     checkSizeRequest(options.size);
     const DrawingChoices choices{options.size, chosenBackground(options.background)};
@@ -183,8 +193,11 @@ const char* const renderFooter =
     "the target and renamed into place, so a failed render leaves an earlier "
     "file untouched. With --out-dir, each output is DIR/<name of FILE without "
     "its extension>.<format>; documents render in parallel, one line is printed "
-    "per failed file and a summary at the end. With several documents and one "
-    "PDF output, each document is a page of it, in the order given.\n"
+    "per failed file and a summary at the end. Documents are taken in natural "
+    "order of their names, numbers by value (shot2 before shot10), whatever "
+    "order they were given in: errors are reported in that order, and with "
+    "several documents and one PDF output each document is a page of it in "
+    "that order.\n"
     "Sizes: by default the output has the canvas's size. With --width or "
     "--height alone the other side follows the canvas's aspect; with both the "
     "picture is fitted inside W x H, or fills it with --stretch. The drawing is "

@@ -11,3 +11,12 @@ TEST(GraphemesTest, CharactersAreUserPerceivedNotBytesOrCodePoints) {
     EXPECT_EQ(vantel::graphemeClusters("\U0001F44D\U0001F3FD"), (Clusters{"\U0001F44D\U0001F3FD"}));
     EXPECT_TRUE(vantel::graphemeClusters("").empty());
 }
+
+TEST(GraphemesTest, LastCharacterLooksBackAcrossJoinedCodePoints) {
+    EXPECT_EQ(vantel::lastGraphemeCluster(""), "");
+    EXPECT_EQ(vantel::lastGraphemeCluster("ab"), "b");
+    EXPECT_EQ(vantel::lastGraphemeCluster("a\r\n"), "\r\n");
+    EXPECT_EQ(vantel::lastGraphemeCluster("xe\u0301"), "e\u0301");
+    EXPECT_EQ(vantel::lastGraphemeCluster("e\u0301"), "e\u0301");
+    EXPECT_EQ(vantel::lastGraphemeCluster("a\U0001F44D\U0001F3FD"), "\U0001F44D\U0001F3FD");
+}

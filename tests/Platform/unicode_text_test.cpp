@@ -8,10 +8,10 @@
 using namespace vantel;
 
 TEST(UnicodeTextTest, TrimsUnicodeSpaceButKeepsMalformedBytes) {
-    EXPECT_EQ(trimmingWhiteSpace("\u00A0\t ab c\u3000\n\u2029"), "ab c");
-    EXPECT_EQ(trimmingWhiteSpace(" \xFF "), "\xFF");
-    EXPECT_EQ(trimmingWhiteSpace(" \u2028 "), "");
-    EXPECT_EQ(trimmingWhiteSpace("x\u200B"), "x\u200B");  // zero-width space is not white space
+    EXPECT_EQ(trimmingWhiteSpaceAndNewlines("\u00A0\t ab c\u3000\n\u2029"), "ab c");
+    EXPECT_EQ(trimmingWhiteSpaceAndNewlines(" \xFF "), "\xFF");
+    EXPECT_EQ(trimmingWhiteSpaceAndNewlines(" \u2028 "), "");
+    EXPECT_EQ(trimmingWhiteSpaceAndNewlines("x\u200B"), "x\u200B");  // zero-width space is not white space
 }
 
 TEST(UnicodeTextTest, CountsCharactersAndUtf16Units) {
@@ -22,6 +22,26 @@ TEST(UnicodeTextTest, CountsCharactersAndUtf16Units) {
     EXPECT_EQ(utf16Length("e\u0301x"), 3u);
     EXPECT_EQ(utf16Length("\U0001F600"), 2u);
     EXPECT_EQ(decodeCodePoint("a\xE2\x82", 1).value, U'\uFFFD');
+}
+
+TEST(UnicodeTextTest, CharacterClassesForCapitalsAndLineSpaces) {
+    EXPECT_TRUE(isUppercaseLetter(U'\u00C9'));
+    EXPECT_TRUE(isUppercaseLetter(U'\u01C5'));    // Dž, title case
+    EXPECT_FALSE(isUppercaseLetter(U'\u24B6'));   // circled A: upper case, but a symbol
+    EXPECT_FALSE(isUppercaseLetter(U'a'));
+    EXPECT_TRUE(isSpaceOrTab(U'\t'));
+    EXPECT_TRUE(isSpaceOrTab(U'\u3000'));
+    EXPECT_FALSE(isSpaceOrTab(U'\n'));
+    EXPECT_FALSE(isSpaceOrTab(U'\u2028'));
+}
+
+TEST(UnicodeTextTest, Utf16PositionsMapToByteOffsets) {
+    std::string_view text = "a\u00E9\U0001F600z";  // bytes 0, 1-2, 3-6, 7; units 0, 1, 2-3, 4
+    EXPECT_EQ(utf8Offset(text, 0), 0u);
+    EXPECT_EQ(utf8Offset(text, 2), 3u);
+    EXPECT_EQ(utf8Offset(text, 3), 3u);  // inside the surrogate pair: its character's start
+    EXPECT_EQ(utf8Offset(text, 4), 7u);
+    EXPECT_EQ(utf8Offset(text, 99), text.size());
 }
 
 TEST(SecureRandomTest, DrawsStayInTheirClosedRanges) {

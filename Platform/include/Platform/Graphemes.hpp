@@ -10,4 +10,9 @@ namespace vantel {
 // and so is a CR LF pair.
 std::vector<std::string_view> graphemeClusters(std::string_view utf8);
 
+// The last user-perceived character of the text (empty for empty text).
+// Looks back from the end only, so asking after every appended character
+// stays cheap on long text.
+std::string_view lastGraphemeCluster(std::string_view utf8);
+
 }  // namespace vantel
