@@ -159,22 +159,23 @@ ExitCode renderPages(const RenderOptions& options, const DrawingChoices& choices
     return outcome.code;
 }
 
-// Documents are rendered, reported and paged in natural order of their
-// names (shot2 before shot10), whatever order the shell expanded them in.
+// Batches are rendered and reported in natural order of their names (shot2
+// before shot10), whatever order the shell expanded them in. The pages of
+// one PDF keep the order given: that order is the book the person is making
+// (a cover first, then the rest).
 RenderOptions inNaturalOrder(RenderOptions options) {
     std::stable_sort(options.inputs.begin(), options.inputs.end(), NaturalOrder{});
     return options;
 }
 
-ExitCode runRender(const RenderOptions& given) {
-    const RenderOptions options = inNaturalOrder(given);
+ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     checkSizeRequest(options.size);
     const DrawingChoices choices{options.size, chosenBackground(options.background)};
     const OutputFormat format = chosenFormat(options);
     checkOneOutputForMany(options, format);
     if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options, choices);
-    const std::vector<RenderJob> jobs = plannedJobs(options, format);
+    const std::vector<RenderJob> jobs = plannedJobs(inNaturalOrder(options), format);
     if (!options.output.empty()) {
         RenderOutcome outcome = renderFile(jobs.front().input, jobs.front().output, format, choices);
         reportProblems(outcome.problems);
@@ -195,9 +196,9 @@ const char* const renderFooter =
     "its extension>.<format>; documents render in parallel, one line is printed "
     "per failed file and a summary at the end. Documents are taken in natural "
     "order of their names, numbers by value (shot2 before shot10), whatever "
-    "order they were given in: errors are reported in that order, and with "
-    "several documents and one PDF output each document is a page of it in "
-    "that order.\n"
+    "order they were given in, and errors are reported in that order. With "
+    "several documents and one PDF output, each document is a page of it, in "
+    "the order given.\n"
     "Sizes: by default the output has the canvas's size. With --width or "
     "--height alone the other side follows the canvas's aspect; with both the "
     "picture is fitted inside W x H, or fills it with --stretch. The drawing is "

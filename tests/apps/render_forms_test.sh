@@ -30,8 +30,7 @@ status=0
 
 "$VANTEL" render "$SAMPLE" "$PORTRAIT" "$SAMPLE" -o "$WORK/all.pdf" || fail "three documents to one PDF"
 pages=$(pdfinfo -f 1 -l 3 "$WORK/all.pdf" | awk '/^Pages:/ {print $2} /^Page +[0-9]+ size:/ {print $4 "x" $6}' | xargs)
-# Pages in natural order of the names: portrait-binary before sample.
-[ "$pages" = "3 1080x1350 1920x1080 1920x1080" ] || fail "pages of all.pdf: $pages"
+[ "$pages" = "3 1920x1080 1080x1350 1920x1080" ] || fail "pages of all.pdf: $pages"
 
 status=0
 "$VANTEL" render "$SAMPLE" "$SAMPLE" -o - 2>"$WORK/stderr" >/dev/null || status=$?
