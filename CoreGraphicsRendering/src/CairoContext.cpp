@@ -27,6 +27,17 @@ void CairoContext::checkStatus() const {
     if (status != CAIRO_STATUS_SUCCESS) throw CairoError(status);
 }
 
+std::optional<ImageView> CairoContext::targetImage() const {
+    cairo_surface_t* target = cairo_get_target(cairo_.get());
+    if (cairo_surface_get_type(target) != CAIRO_SURFACE_TYPE_IMAGE ||
+        cairo_image_surface_get_format(target) != CAIRO_FORMAT_ARGB32) {
+        return std::nullopt;
+    }
+    cairo_surface_flush(target);
+    return ImageView{cairo_image_surface_get_width(target), cairo_image_surface_get_height(target),
+                     cairo_image_surface_get_stride(target), cairo_image_surface_get_data(target)};
+}
+
 void CairoContext::saveGState() {
     cairo_save(cairo_.get());
     savedPaint_.push_back(paint_);

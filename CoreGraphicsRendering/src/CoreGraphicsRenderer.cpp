@@ -59,13 +59,17 @@ void CoreGraphicsRenderer::addShapes(const std::vector<Drawable>& shapes) {
 }
 
 Data CoreGraphicsRenderer::render(NSBitmapImageFileType type) const {
-    if (!bitmap_) throw RenderError::failedToMakeImage();
+    // The renderer's own bitmap, or a bitmap the caller handed in: both are
+    // cairo contexts on an image surface.
+    const auto* cairo = dynamic_cast<const CairoContext*>(context_);
+    std::optional<ImageView> image = cairo != nullptr ? cairo->targetImage() : std::nullopt;
+    if (!image) throw RenderError::failedToMakeImage();
     try {
-        bitmap_->context().checkStatus();
+        cairo->checkStatus();
     } catch (const CairoError&) {
         throw RenderError::failedToMakeImage();
     }
-    return encodeImage(bitmap_->image(), type);
+    return encodeImage(*image, type);
 }
 
 void CoreGraphicsRenderer::writePNG(const URL& url) const { writeImage(NSBitmapImageFileType::png, url); }

@@ -73,12 +73,24 @@ TEST(CoreGraphicsRendererTest, BodyIsDrawnWithTheTopLeftOrigin) {
     EXPECT_EQ(image.at(20, 15)[3], 0);
 }
 
-TEST(CoreGraphicsRendererTest, HandedInContextIsDrawnAsItIsAndCannotBeEncoded) {
+TEST(CoreGraphicsRendererTest, HandedInContextIsDrawnAsItIsAndEncodedOnlyWhenABitmap) {
     vantel::testing::RecordingContext recorder;
-    CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), Line(0, 0, 4, 0)), &recorder);
+    CoreGraphicsRenderer recorded(PageSketch(Size(40, 20, 0), Line(0, 0, 4, 0)), &recorder);
     EXPECT_EQ(recorder.operations,
               (std::vector<std::string>{"moveTo 0.0 0.0", "lineTo 4.0 0.0", "strokePath"}));
-    EXPECT_THROW(renderer.render(), RenderError);
+    try {
+        (void)recorded.render();
+        FAIL() << "a recorder was encoded";
+    } catch (const RenderError& error) {
+        EXPECT_EQ(error, RenderError::failedToMakeImage());
+    }
+
+    BitmapContext bitmap(30, 30);  // the picture has the bitmap's size, not the page's
+    CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), redSquare()), &bitmap.context());
+    auto image = readPNG(renderer.render());
+    EXPECT_EQ(image.width, 30);
+    EXPECT_EQ(image.at(9, 9), (std::array<int, 4>{255, 0, 0, 255}));
+    EXPECT_EQ(image.at(20, 20)[3], 0);
 }
 
 TEST(CoreGraphicsRendererTest, DebugFlagChoosesTheDebugDrawingForLaterShapes) {

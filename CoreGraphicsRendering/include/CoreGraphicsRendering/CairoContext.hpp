@@ -1,8 +1,10 @@
 #pragma once
 
+#include <CoreGraphicsRendering/ImageView.hpp>
 #include <Graphics2/CGContext.hpp>
 
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -39,6 +41,9 @@ public:
     cairo_t* cairo() const { return cairo_.get(); }
     // Throws CairoError if any drawing so far has failed.
     void checkStatus() const;
+    // The pixels drawn so far when the target is an ARGB32 image surface (a
+    // bitmap); none for PDF pages, windows and other targets.
+    std::optional<ImageView> targetImage() const;
 
     void saveGState() override;
     void restoreGState() override;

@@ -18,7 +18,8 @@ namespace vantel {
 // Turns a sketch into a raster image: an RGBA bitmap of the sketch's page
 // size (origin top left, one unit per pixel) that the body is drawn into, then
 // encoded as an image file. It can instead draw into a context the caller
-// already has; it then never makes a bitmap of its own and cannot encode.
+// already has; it then never makes a bitmap of its own, and encodes only a
+// context that draws into a bitmap.
 class CoreGraphicsRenderer {
 public:
     // The page size is truncated to whole pixels (99.9 becomes 99); a side
@@ -42,7 +43,8 @@ public:
     void addShapes(const std::vector<Drawable>& shapes);
 
     // The pixels drawn so far, encoded. RenderError::failedToMakeImage when
-    // there is no bitmap (a caller's context) or drawing failed;
+    // the context draws into no bitmap (a PDF page, a recorder) or drawing
+    // failed;
     // failedToRenderPNGRepresentation when the encoder fails.
     Data render(NSBitmapImageFileType type = NSBitmapImageFileType::png) const;
 
