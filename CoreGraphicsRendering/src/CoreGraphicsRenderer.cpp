@@ -3,7 +3,6 @@
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
 #include <Graphics2/Size.hpp>
-#include <Platform/Fatal.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/NumberText.hpp>
 
@@ -40,8 +39,10 @@ CoreGraphicsRenderer::CoreGraphicsRenderer(std::int64_t width, std::int64_t heig
     try {
         bitmap_.emplace(width, height);
     } catch (const CairoError& error) {
-        fatalError("Cannot make a " + std::to_string(width) + " x " + std::to_string(height) +
-                   " bitmap context: " + error.what());
+        // Too large a side or too little memory: a size someone asked for, so
+        // the caller can say so instead of the process stopping.
+        throw RenderError::failedToMakeImage(std::to_string(width) + " x " + std::to_string(height) +
+                                             " pixels is too large a bitmap (" + error.what() + ")");
     }
     context_ = &bitmap_->context();
 }

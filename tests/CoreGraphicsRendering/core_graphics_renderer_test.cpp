@@ -50,7 +50,7 @@ TEST(CoreGraphicsRendererTest, PageSizeIsTruncatedToWholePixels) {
     EXPECT_EQ(image.at(320, 240)[3], 0) << "a new bitmap starts transparent";
 }
 
-TEST(CoreGraphicsRendererTest, SidesBelowOnePixelThrowDimensionIsZero) {
+TEST(CoreGraphicsRendererTest, UnusableSidesThrowRenderErrors) {
     try {
         CoreGraphicsRenderer renderer(PageSketch(Size(0.5, 100, 0), EmptyDrawable{}));
         FAIL() << "expected a RenderError";
@@ -58,6 +58,13 @@ TEST(CoreGraphicsRendererTest, SidesBelowOnePixelThrowDimensionIsZero) {
         EXPECT_EQ(error, RenderError::dimensionIsZero(0, 100));
     }
     EXPECT_THROW(CoreGraphicsRenderer(-3, 10, nullptr, false), RenderError);
+    try {
+        CoreGraphicsRenderer renderer(PageSketch(Size(32768, 10, 0), EmptyDrawable{}));
+        FAIL() << "a side over cairo's limit was accepted";
+    } catch (const RenderError& error) {
+        EXPECT_EQ(error, RenderError::failedToMakeImage());
+        EXPECT_NE(std::string(error.what()).find("32768 x 10"), std::string::npos) << error.what();
+    }
 }
 
 TEST(CoreGraphicsRendererTest, NonFinitePageSizeStops) {

@@ -23,9 +23,10 @@ namespace vantel {
 class CoreGraphicsRenderer {
 public:
     // The page size is truncated to whole pixels (99.9 becomes 99); a side
-    // below one pixel throws RenderError::dimensionIsZero. A size that is not
-    // finite or does not fit a 64-bit integer stops the process, as does a
-    // bitmap the drawing library cannot make.
+    // below one pixel throws RenderError::dimensionIsZero, and a bitmap the
+    // drawing library cannot make (a side over 32767 pixels, too little
+    // memory) RenderError::failedToMakeImage. A size that is not finite or
+    // does not fit a 64-bit integer stops the process.
     explicit CoreGraphicsRenderer(const Sketch& sketch, CGContext* context = nullptr, bool debug = false);
     CoreGraphicsRenderer(std::int64_t width, std::int64_t height, CGContext* context, bool debug);
 
