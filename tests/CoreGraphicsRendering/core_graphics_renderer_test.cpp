@@ -34,6 +34,16 @@ struct PathProbe {
     void debugDraw(CGContext& context) const { context.setLineWidth(2); }
 };
 
+// Fills the whole page through a transform that cannot be inverted.
+struct ZeroScaledFill {
+    void draw(CGContext& context) const {
+        context.saveGState();
+        context.scaleCTM(0, 1);
+        context.fillRect(CGRect{-1000, -1000, 2000, 2000});
+        context.restoreGState();
+    }
+};
+
 Drawable redSquare() {
     return Drawable(Rectangle(Vector::point(5, 5), 10, 10, Angle::fromDegrees(0)))
         .fillColor(Color(1, 0, 0, 1))
@@ -78,6 +88,18 @@ TEST(CoreGraphicsRendererTest, BodyIsDrawnWithTheTopLeftOrigin) {
     EXPECT_EQ(image.at(0, 0), (std::array<int, 4>{255, 0, 0, 255}));
     EXPECT_EQ(image.at(9, 9), (std::array<int, 4>{255, 0, 0, 255}));
     EXPECT_EQ(image.at(20, 15)[3], 0);
+}
+
+TEST(CoreGraphicsRendererTest, ShapesWithUnusableNumbersAreSkippedAndTheRestIsDrawn) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    std::vector<Drawable> shapes{Rectangle(Vector::point(20, 10), 30, 15, Angle::fromDegrees(nan)),
+                                 Line(0, 0, infinity, 20), Line(nan, 5, 40, 5), ZeroScaledFill{}, redSquare()};
+    CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), GroupDrawable{shapes}));
+    auto image = readPNG(renderer.render());
+    EXPECT_EQ(image.at(5, 5), (std::array<int, 4>{255, 0, 0, 255}));
+    EXPECT_EQ(image.at(30, 15)[3], 0);
+    EXPECT_EQ(image.at(30, 5)[3], 0);
 }
 
 TEST(CoreGraphicsRendererTest, HandedInContextIsDrawnAsItIsAndEncodedOnlyWhenABitmap) {
