@@ -9,7 +9,6 @@
 #include <limits>
 #include <map>
 #include <sstream>
-#include <unordered_set>
 
 using vantel::CodingValue;
 using vantel::Color;
@@ -153,13 +152,6 @@ TEST(ColorTest, TextFormsRoundHalfAwayFromZero) {
     EXPECT_EQ(Color::clear().toRGBA(), "rgba(0,0,0,0.0)");
     EXPECT_EQ(Color::black().toRGBA(), "rgba(0,0,0,1.0)");
     EXPECT_DOUBLE_EQ(Color(0.3, 0.6, 0.9, 0.1).greyLevel(), 0.6);
-}
-
-TEST(ColorTest, EqualColoursHashAlike) {
-    std::unordered_set<Color> colors = {Color::fromHexString("#2E8B57"), Color::seagreen(),
-                                        Color::seashell(), Color::seagreen().withAlpha(0.5)};
-    EXPECT_EQ(colors.size(), 2u);
-    EXPECT_EQ(std::hash<Color>{}(Color(0, 0, 0, 1)), std::hash<Color>{}(Color::black()));
 }
 
 TEST(ColorTest, CodingUsesFourRequiredKeysAndKeepsValuesUnclamped) {
