@@ -3,7 +3,6 @@
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
 #include <Graphics2/Size.hpp>
-#include <Platform/Fatal.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/NumberText.hpp>
 
@@ -40,8 +39,10 @@ CoreGraphicsRenderer::CoreGraphicsRenderer(std::int64_t width, std::int64_t heig
     try {
         bitmap_.emplace(width, height);
     } catch (const CairoError& error) {
-        fatalError("Cannot make a " + std::to_string(width) + " x " + std::to_string(height) +
-                   " bitmap context: " + error.what());
+        // Too large a side or too little memory: a size someone asked for, so
+        // the caller can say so instead of the process stopping.
+        throw RenderError::failedToMakeImage(std::to_string(width) + " x " + std::to_string(height) +
+                                             " pixels is too large a bitmap (" + error.what() + ")");
     }
     context_ = &bitmap_->context();
 }
@@ -59,13 +60,17 @@ void CoreGraphicsRenderer::addShapes(const std::vector<Drawable>& shapes) {
 }
 
 Data CoreGraphicsRenderer::render(NSBitmapImageFileType type) const {
-    if (!bitmap_) throw RenderError::failedToMakeImage();
+    // The renderer's own bitmap, or a bitmap the caller handed in: both are
+    // cairo contexts on an image surface.
+    const auto* cairo = dynamic_cast<const CairoContext*>(context_);
+    std::optional<ImageView> image = cairo != nullptr ? cairo->targetImage() : std::nullopt;
+    if (!image) throw RenderError::failedToMakeImage();
     try {
-        bitmap_->context().checkStatus();
+        cairo->checkStatus();
     } catch (const CairoError&) {
         throw RenderError::failedToMakeImage();
     }
-    return encodeImage(bitmap_->image(), type);
+    return encodeImage(*image, type);
 }
 
 void CoreGraphicsRenderer::writePNG(const URL& url) const { writeImage(NSBitmapImageFileType::png, url); }

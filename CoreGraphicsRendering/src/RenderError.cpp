@@ -21,14 +21,17 @@ std::string message(RenderError::Case kind, std::int64_t width, std::int64_t hei
 
 }  // namespace
 
-RenderError::RenderError(Case kind, std::int64_t width, std::int64_t height)
-    : std::runtime_error(message(kind, width, height)), kind(kind), width(width), height(height) {}
+RenderError::RenderError(Case kind, std::int64_t width, std::int64_t height, const std::string& reason)
+    : std::runtime_error(reason.empty() ? message(kind, width, height) : message(kind, width, height) + ": " + reason),
+      kind(kind), width(width), height(height) {}
 
 RenderError RenderError::dimensionIsZero(std::int64_t width, std::int64_t height) {
     return RenderError(Case::dimensionIsZero, width, height);
 }
 
-RenderError RenderError::failedToMakeImage() { return RenderError(Case::failedToMakeImage, 0, 0); }
+RenderError RenderError::failedToMakeImage(const std::string& reason) {
+    return RenderError(Case::failedToMakeImage, 0, 0, reason);
+}
 
 RenderError RenderError::failedToRenderPNGRepresentation() {
     return RenderError(Case::failedToRenderPNGRepresentation, 0, 0);

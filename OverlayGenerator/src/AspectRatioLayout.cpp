@@ -47,10 +47,14 @@ CGRect AspectRatio::box(const Size& fitInto, const Size& centreOn) const {
     return {centre.x - fitted.width / 2, centre.y - fitted.height / 2, fitted.width, fitted.height};
 }
 
+Rectangle AspectRatio::outline(const Size& fitInto, const Size& centreOn) const {
+    Size fitted = fitting(fitInto);
+    return Rectangle(centreOn.center(), fitted.width - weight, fitted.height - weight, Angle::fromDegrees(0));
+}
+
 GroupDrawable AspectRatio::drawing(const Size& fitInto, const Size& centreOn) const {
     Size fitted = fitting(fitInto);
-    Rectangle rect(centreOn.center(), fitted.width - weight, fitted.height - weight, Angle::fromDegrees(0));
-    Drawable styled = Drawable(Grid{rect, rowType, columnType, clearParent})
+    Drawable styled = Drawable(Grid{outline(fitInto, centreOn), rowType, columnType, clearParent})
                           .fillColor(fillColor)
                           .strokeColor(color)
                           .strokeWidth(weight);

@@ -1,6 +1,7 @@
 #include <OverlayGenerator/DocumentCheck.hpp>
 
 #include <OverlayGenerator/AspectRatio.hpp>
+#include <OverlayGenerator/Grid.hpp>
 #include <Platform/NumberText.hpp>
 
 #include <cmath>
@@ -19,6 +20,8 @@ public:
     std::vector<DocumentProblem> problems;
     // The most grid lines the guides checked so far can draw.
     double gridLines = 0;
+    // What every guide is centred on.
+    Size canvas;
 
     void checkCanvas(const Size& size) {
         // Each check runs, so that every bad value is named.
@@ -68,8 +71,9 @@ public:
         std::optional<Size> fitted;
         if (box && sidesUsable && weightUsable) {
             fitted = guide.fitting(*box);
-            checkGrid(path + ".rowType", guide.rowType, fitted->height - guide.weight);
-            checkGrid(path + ".columnType", guide.columnType, fitted->width - guide.weight);
+            Rectangle outline = guide.outline(*box, canvas);
+            checkGrid(path + ".rowType", guide.rowType, outline.height);
+            checkGrid(path + ".columnType", guide.columnType, outline.width);
         }
         if (!guide.children) return;
         for (std::size_t i = 0; i < guide.children->size(); ++i) {
@@ -121,27 +125,27 @@ private:
         return true;
     }
 
+    // Lines are counted by the layout's own gridLineCount, so the limits hold
+    // for what drawing draws.
     void checkGrid(const std::string& path, const GridType& grid, double side) {
         if (grid.tag == GridType::Case::none) return;
-        auto n = static_cast<double>(grid.payload);
         std::string sideText = " on a side of " + numberText(side) + " px";
         if (!std::isfinite(side)) {
             report(path, "a grid" + sideText + " cannot be drawn");
             return;
         }
-        // A line every n px draws at most side / n <= 32767 lines on a canvas
-        // within the limits; only divisors can ask for too many or a zero step.
-        if (grid.tag == GridType::Case::pixels) {
-            if (grid.payload >= 1 && side > n) gridLines += side / n;
+        std::string what = (grid.tag == GridType::Case::divisor ? "divisor " : "a line every ") +
+                           std::to_string(grid.payload) + (grid.tag == GridType::Case::divisor ? "" : " px");
+        if (gridStepIsZero(grid, side)) {
+            report(path, what + sideText + " would give a zero grid step");
             return;
         }
-        if (grid.payload != 0 && side / n == 0) {
-            report(path, "divisor " + std::to_string(grid.payload) + sideText + " would give a zero grid step");
-        } else if (n > DrawingLimits::maxGridLines) {
-            report(path, "divisor " + std::to_string(grid.payload) + sideText + " would draw more than " +
-                             limitText(DrawingLimits::maxGridLines) + " grid lines");
-        } else if (grid.payload > 0) {
-            gridLines += n;  // n - 1 lines, on a side of either sign
+        double lines = gridLineCount(grid, side);
+        if (lines > DrawingLimits::maxGridLines) {
+            report(path, what + sideText + " would draw more than " + limitText(DrawingLimits::maxGridLines) +
+                             " grid lines");
+        } else {
+            gridLines += lines;
         }
     }
 };
@@ -151,6 +155,7 @@ private:
 std::vector<DocumentProblem> checkDocument(const OverlayGen& document) {
     DocumentChecker checker;
     const Size size = document.size();
+    checker.canvas = size;
     checker.checkCanvas(size);
     std::optional<Size> box;
     if (checker.problems.empty()) box = size;

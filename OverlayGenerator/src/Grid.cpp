@@ -5,36 +5,47 @@
 #include <Graphics2/Vector.hpp>
 #include <Platform/Fatal.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace vantel {
 
 namespace {
 
-// step, 2 step, 3 step, ... while the value stays on the near side of `end`.
-std::vector<double> stride(double step, double end) {
-    std::vector<double> offsets;
-    auto before = [&](double value) { return step > 0 ? value < end : value > end; };
-    for (double i = 0;; ++i) {
-        double value = std::fma(i, step, step);
-        if (!before(value)) break;
-        offsets.push_back(value);
+// Past this many lines adding one to a count no longer changes it.
+constexpr double exactCountLimit = 4503599627370496.0;  // 2^52
+
+// The distance between neighbouring lines; none where the grid has no lines.
+std::optional<double> stepOf(const GridType& type, double length) {
+    auto n = static_cast<double>(type.payload);
+    switch (type.tag) {
+        case GridType::Case::none: return std::nullopt;
+        case GridType::Case::pixels:
+            if (type.payload < 1 || n >= length) return std::nullopt;
+            return n;
+        case GridType::Case::divisor:
+            if (gridStepIsZero(type, length)) fatalError("Grid step is zero: a divisor grid on a side of length 0");
+            if (std::isnan(length / n)) return std::nullopt;  // no direction to walk
+            return length / n;
     }
-    return offsets;
+    return std::nullopt;
 }
 
-std::vector<double> pixelOffsets(std::int64_t n, double length) {
-    if (n < 1) return {};
-    auto step = static_cast<double>(n);
-    if (step >= length) return {};
-    return stride(step, length);
-}
+// The i-th line lies at step + i step, computed as one fused multiply-add.
+double offsetAt(double i, double step) { return std::fma(i, step, step); }
 
-std::vector<double> divisorOffsets(std::int64_t n, double length) {
-    double step = length / static_cast<double>(n);
-    if (step == 0) fatalError("Grid step is zero: a divisor grid on a side of length 0");
-    if (!(step > 0) && !(step < 0)) return {};  // NaN: no direction to walk
-    return stride(step, length);
+// Whether an offset lies on the near side of the far edge.
+bool beforeEnd(double offset, double step, double end) { return step > 0 ? offset < end : offset > end; }
+
+// The offsets move one way only, so the first index past the far edge is an
+// estimate corrected by single steps.
+double countBeforeEnd(double step, double end) {
+    double count = std::max(0.0, std::floor(end / step) - 1);
+    if (!std::isfinite(count) || count > exactCountLimit) return count;
+    while (beforeEnd(offsetAt(count, step), step, end)) ++count;
+    while (count > 0 && !beforeEnd(offsetAt(count - 1, step), step, end)) --count;
+    return count;
 }
 
 std::vector<Vector> corners(const Rectangle& rect) {
@@ -45,13 +56,23 @@ std::vector<Vector> corners(const Rectangle& rect) {
 
 }  // namespace
 
+bool gridStepIsZero(const GridType& type, double length) {
+    return type.tag == GridType::Case::divisor && length / static_cast<double>(type.payload) == 0;
+}
+
+double gridLineCount(const GridType& type, double length) {
+    std::optional<double> step = stepOf(type, length);
+    return step ? countBeforeEnd(*step, length) : 0;
+}
+
 std::vector<double> gridOffsets(const GridType& type, double length) {
-    switch (type.tag) {
-        case GridType::Case::none: return {};
-        case GridType::Case::pixels: return pixelOffsets(type.payload, length);
-        case GridType::Case::divisor: return divisorOffsets(type.payload, length);
-    }
-    return {};
+    std::optional<double> step = stepOf(type, length);
+    if (!step) return {};
+    double count = countBeforeEnd(*step, length);
+    if (!std::isfinite(count)) fatalError("A grid on an endless side would draw endless lines");
+    std::vector<double> offsets;
+    for (double i = 0; i < count; ++i) offsets.push_back(offsetAt(i, *step));
+    return offsets;
 }
 
 void Grid::draw(DrawingContext& context) const {

@@ -24,7 +24,7 @@ std::string renderErrorText(const RenderError& error) {
         case RenderError::Case::dimensionIsZero:
             return "the canvas is " + std::to_string(error.width) + " x " + std::to_string(error.height) +
                    " px, too small to draw";
-        case RenderError::Case::failedToMakeImage: return "drawing the image failed";
+        case RenderError::Case::failedToMakeImage: return error.what();
         case RenderError::Case::failedToRenderPNGRepresentation: return "encoding the image failed";
     }
     return error.what();

@@ -34,6 +34,16 @@ struct PathProbe {
     void debugDraw(CGContext& context) const { context.setLineWidth(2); }
 };
 
+// Fills the whole page through a transform that cannot be inverted.
+struct ZeroScaledFill {
+    void draw(CGContext& context) const {
+        context.saveGState();
+        context.scaleCTM(0, 1);
+        context.fillRect(CGRect{-1000, -1000, 2000, 2000});
+        context.restoreGState();
+    }
+};
+
 Drawable redSquare() {
     return Drawable(Rectangle(Vector::point(5, 5), 10, 10, Angle::fromDegrees(0)))
         .fillColor(Color(1, 0, 0, 1))
@@ -50,7 +60,7 @@ TEST(CoreGraphicsRendererTest, PageSizeIsTruncatedToWholePixels) {
     EXPECT_EQ(image.at(320, 240)[3], 0) << "a new bitmap starts transparent";
 }
 
-TEST(CoreGraphicsRendererTest, SidesBelowOnePixelThrowDimensionIsZero) {
+TEST(CoreGraphicsRendererTest, UnusableSidesThrowRenderErrors) {
     try {
         CoreGraphicsRenderer renderer(PageSketch(Size(0.5, 100, 0), EmptyDrawable{}));
         FAIL() << "expected a RenderError";
@@ -58,6 +68,13 @@ TEST(CoreGraphicsRendererTest, SidesBelowOnePixelThrowDimensionIsZero) {
         EXPECT_EQ(error, RenderError::dimensionIsZero(0, 100));
     }
     EXPECT_THROW(CoreGraphicsRenderer(-3, 10, nullptr, false), RenderError);
+    try {
+        CoreGraphicsRenderer renderer(PageSketch(Size(32768, 10, 0), EmptyDrawable{}));
+        FAIL() << "a side over cairo's limit was accepted";
+    } catch (const RenderError& error) {
+        EXPECT_EQ(error, RenderError::failedToMakeImage());
+        EXPECT_NE(std::string(error.what()).find("32768 x 10"), std::string::npos) << error.what();
+    }
 }
 
 TEST(CoreGraphicsRendererTest, NonFinitePageSizeStops) {
@@ -73,12 +90,36 @@ TEST(CoreGraphicsRendererTest, BodyIsDrawnWithTheTopLeftOrigin) {
     EXPECT_EQ(image.at(20, 15)[3], 0);
 }
 
-TEST(CoreGraphicsRendererTest, HandedInContextIsDrawnAsItIsAndCannotBeEncoded) {
+TEST(CoreGraphicsRendererTest, ShapesWithUnusableNumbersAreSkippedAndTheRestIsDrawn) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    std::vector<Drawable> shapes{Rectangle(Vector::point(20, 10), 30, 15, Angle::fromDegrees(nan)),
+                                 Line(0, 0, infinity, 20), Line(nan, 5, 40, 5), ZeroScaledFill{}, redSquare()};
+    CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), GroupDrawable{shapes}));
+    auto image = readPNG(renderer.render());
+    EXPECT_EQ(image.at(5, 5), (std::array<int, 4>{255, 0, 0, 255}));
+    EXPECT_EQ(image.at(30, 15)[3], 0);
+    EXPECT_EQ(image.at(30, 5)[3], 0);
+}
+
+TEST(CoreGraphicsRendererTest, HandedInContextIsDrawnAsItIsAndEncodedOnlyWhenABitmap) {
     vantel::testing::RecordingContext recorder;
-    CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), Line(0, 0, 4, 0)), &recorder);
+    CoreGraphicsRenderer recorded(PageSketch(Size(40, 20, 0), Line(0, 0, 4, 0)), &recorder);
     EXPECT_EQ(recorder.operations,
               (std::vector<std::string>{"moveTo 0.0 0.0", "lineTo 4.0 0.0", "strokePath"}));
-    EXPECT_THROW(renderer.render(), RenderError);
+    try {
+        (void)recorded.render();
+        FAIL() << "a recorder was encoded";
+    } catch (const RenderError& error) {
+        EXPECT_EQ(error, RenderError::failedToMakeImage());
+    }
+
+    BitmapContext bitmap(30, 30);  // the picture has the bitmap's size, not the page's
+    CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), redSquare()), &bitmap.context());
+    auto image = readPNG(renderer.render());
+    EXPECT_EQ(image.width, 30);
+    EXPECT_EQ(image.at(9, 9), (std::array<int, 4>{255, 0, 0, 255}));
+    EXPECT_EQ(image.at(20, 20)[3], 0);
 }
 
 TEST(CoreGraphicsRendererTest, DebugFlagChoosesTheDebugDrawingForLaterShapes) {

@@ -8,7 +8,6 @@
 
 #include <cstdlib>
 #include <functional>
-#include <unordered_set>
 #include <vector>
 
 using namespace vantel;
@@ -96,15 +95,6 @@ TEST(ImageFileTypeTest, ExtensionsFollowThePlatformRawValues) {
 
 TEST(ImageFileTypeDeathTest, UnknownRawValueStops) {
     EXPECT_DEATH(fileExtension(static_cast<NSBitmapImageFileType>(6)), "Unknown file format: .*6");
-}
-
-TEST(RenderErrorTest, CasesCompareByKindAndSize) {
-    EXPECT_EQ(RenderError::dimensionIsZero(0, 100), RenderError::dimensionIsZero(0, 100));
-    EXPECT_FALSE(RenderError::dimensionIsZero(0, 100) == RenderError::dimensionIsZero(100, 0));
-    EXPECT_FALSE(RenderError::failedToMakeImage() == RenderError::failedToRenderPNGRepresentation());
-    EXPECT_NE(std::string(RenderError::dimensionIsZero(0, 100).what()).find("0 x 100"), std::string::npos);
-    std::unordered_set<RenderError> seen{RenderError::failedToMakeImage(), RenderError::failedToMakeImage()};
-    EXPECT_EQ(seen.size(), 1u);
 }
 
 TEST(ImageEncodingTest, LosslessFormatsReadBackExactlyWithStraightAlpha) {

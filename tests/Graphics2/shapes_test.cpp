@@ -4,20 +4,17 @@
 #include <Graphics2/Rectangle.hpp>
 #include <Graphics2/Size.hpp>
 
+#include <VectorAssertions.hpp>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
 using namespace vantel;
+using vantel::testing::expectNear;
 
 namespace {
-void expectNear(const Vector& actual, const Vector& expected) {
-    EXPECT_NEAR(actual.x, expected.x, 1e-12) << actual.description();
-    EXPECT_NEAR(actual.y, expected.y, 1e-12) << actual.description();
-    EXPECT_NEAR(actual.z, expected.z, 1e-12) << actual.description();
-}
-
 Vector onXAxis(double x) { return Vector::point(x, 0); }
 }  // namespace
 

@@ -3,20 +3,15 @@
 #include <Graphics2/Paired.hpp>
 #include <Graphics2/Vector.hpp>
 
+#include <VectorAssertions.hpp>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <optional>
 
 using namespace vantel;
-
-namespace {
-void expectNear(const Vector& actual, const Vector& expected) {
-    EXPECT_NEAR(actual.x, expected.x, 1e-12) << actual.description();
-    EXPECT_NEAR(actual.y, expected.y, 1e-12) << actual.description();
-    EXPECT_NEAR(actual.z, expected.z, 1e-12) << actual.description();
-}
-}  // namespace
+using vantel::testing::expectNear;
 
 TEST(AngleTest, FactoriesKeepBothUnitsAndSumsRecomputeDegrees) {
     EXPECT_EQ(Angle::fromDegrees(90).radians, 1.5707963267948966);

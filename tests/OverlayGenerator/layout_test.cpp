@@ -97,6 +97,24 @@ TEST(GridOffsetsTest, StepsStopShortOfTheFarEdge) {
     EXPECT_EQ(gridOffsets(GridType::divisor(2), std::nan("")), Offsets{});
 }
 
+TEST(GridOffsetsTest, LineCountIsTheNumberOfOffsetsWithoutListingThem) {
+    const GridType grids[] = {GridType::pixels(1),  GridType::pixels(7),  GridType::pixels(100),
+                              GridType::divisor(3), GridType::divisor(10), GridType::divisor(-3),
+                              GridType::divisor(0), GridType::divisor(99999)};
+    for (const GridType& grid : grids) {
+        for (double length : {0.3, 1.0, 90.0, 99.99, 100.0, 1000.0, -100.0, std::nan("")}) {
+            EXPECT_EQ(gridLineCount(grid, length), static_cast<double>(gridOffsets(grid, length).size()))
+                << static_cast<int>(grid.tag) << " " << grid.payload << " on " << length;
+        }
+    }
+    // 3 x 0.1 rounds above 0.3, 10 x 0.1 to exactly 1: neither edge is a line.
+    EXPECT_EQ(gridLineCount(GridType::divisor(3), 0.3), 2);
+    EXPECT_EQ(gridLineCount(GridType::divisor(10), 1), 9);
+    EXPECT_GT(gridLineCount(GridType::divisor(std::int64_t(1) << 62), 1000), 1e18);
+    EXPECT_TRUE(gridStepIsZero(GridType::divisor(3), 0));
+    EXPECT_FALSE(gridStepIsZero(GridType::divisor(0), 0));
+}
+
 TEST(GridOffsetsDeathTest, DivisorOnAZeroSideStops) {
     EXPECT_DEATH(gridOffsets(GridType::divisor(3), 0), "zero");
     EXPECT_DEATH(gridOffsets(GridType::divisor(3), -0.0), "zero");

@@ -160,8 +160,14 @@ TEST(AspectRatioTextTest, DescriptionIconsFormatAndDocumentType) {
 
 TEST(AspectRatioPresetTest, PresetsTakeTheirColoursFromThePaletteInOrder) {
     const auto& palette = AspectRatio::presetPalette();
-    ASSERT_EQ(palette.size(), 11u);
-    EXPECT_EQ(palette.back(), Color::rgb255(255, 237, 111, 1.0));
+    const int published[][3] = {{141, 211, 199}, {190, 186, 218}, {251, 128, 114}, {128, 177, 211},
+                                {253, 180, 98},  {179, 222, 105}, {252, 205, 229}, {217, 217, 217},
+                                {188, 128, 189}, {204, 235, 197}, {255, 237, 111}};
+    ASSERT_EQ(palette.size(), std::size(published));
+    for (std::size_t i = 0; i < palette.size(); ++i) {
+        const auto& [red, green, blue] = published[i];
+        EXPECT_EQ(palette[i], Color(red / 255.0, green / 255.0, blue / 255.0, 1)) << "palette colour " << i;
+    }
     AspectRatio square = AspectRatio::defaultGuide();
     EXPECT_EQ(square.ratio(), 1);
     EXPECT_EQ(square.weight, 10);

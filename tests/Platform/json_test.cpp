@@ -1,6 +1,6 @@
 #include <Platform/JSON.hpp>
 
-#include "SampleDocument.hpp"
+#include <SampleDocument.hpp>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include <Platform/FileIO.hpp>
 #include <Platform/PropertyList.hpp>
 
-#include "SampleDocument.hpp"
-#include "TestSupport.hpp"
+#include <SampleDocument.hpp>
+#include <TestSupport.hpp>
 
 #include <gtest/gtest.h>
 

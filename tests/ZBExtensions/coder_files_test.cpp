@@ -1,7 +1,7 @@
 #include <ZBExtensions/CoderFiles.hpp>
 
-#include "../Platform/SampleDocument.hpp"
-#include "TestSupport.hpp"
+#include <SampleDocument.hpp>
+#include <TestSupport.hpp>
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,7 @@ corner_is() { # PNG R G B A (half-transparent pixels round through premultiplied
   "$PYTHON" - "$@" <<'PY' || fail "$1: corner pixel is not ($2,$3,$4,$5)"
 import sys
 import os; sys.path.insert(0, os.environ["HERE"])
-from pngcheck import Image
+from pngread import Image
 want = [int(v) for v in sys.argv[2:6]]
 got = Image(sys.argv[1]).rgba(0, 0)
 sys.exit(0 if all(abs(a - b) <= 2 for a, b in zip(got, want)) else (print(got) or 1))

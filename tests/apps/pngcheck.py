@@ -3,8 +3,8 @@
 
     pngcheck.py IMAGE --document DOC --size N [--text KEY=VALUE ...]
 
-Reads the PNG with zlib only (no imaging library), so it judges the bytes a
-file browser would get. The document is read with plistlib for its canvas,
+Reads the PNG with pngread.py (zlib only), so it judges the bytes a file
+browser would get. The document is read with plistlib for its canvas,
 background and guides; the checks are:
   - the file is a complete PNG: signature, chunk CRCs, IHDR first, IEND last,
     image data that inflates to exactly the rows IHDR promises;
@@ -16,110 +16,12 @@ Exits 0 when all hold; otherwise prints one line per failure and exits 1.
 """
 import argparse
 import math
+import os
 import plistlib
-import struct
 import sys
-import zlib
 
-SIGNATURE = b"\x89PNG\r\n\x1a\n"
-CHANNELS = {0: 1, 2: 3, 4: 2, 6: 4}  # colour type -> samples per pixel (8-bit only)
-
-
-class NotPNG(Exception):
-    pass
-
-
-def read_chunks(data):
-    if not data.startswith(SIGNATURE):
-        raise NotPNG("no PNG signature")
-    chunks, offset = [], len(SIGNATURE)
-    while offset < len(data):
-        if offset + 12 > len(data):
-            raise NotPNG(f"truncated chunk header at byte {offset}")
-        length, kind = struct.unpack(">I4s", data[offset:offset + 8])
-        body = data[offset + 8:offset + 8 + length]
-        crc_bytes = data[offset + 8 + length:offset + 12 + length]
-        if len(body) != length or len(crc_bytes) != 4:
-            raise NotPNG(f"truncated {kind!r} chunk")
-        if zlib.crc32(kind + body) & 0xFFFFFFFF != struct.unpack(">I", crc_bytes)[0]:
-            raise NotPNG(f"bad CRC in {kind!r} chunk")
-        chunks.append((kind, body))
-        offset += 12 + length
-        if kind == b"IEND":
-            break
-    if not chunks or chunks[0][0] != b"IHDR":
-        raise NotPNG("first chunk is not IHDR")
-    if chunks[-1][0] != b"IEND":
-        raise NotPNG("no IEND chunk")
-    if offset != len(data):
-        raise NotPNG(f"{len(data) - offset} bytes after IEND")
-    return chunks
-
-
-def paeth(a, b, c):
-    p = a + b - c
-    pa, pb, pc = abs(p - a), abs(p - b), abs(p - c)
-    if pa <= pb and pa <= pc:
-        return a
-    return b if pb <= pc else c
-
-
-def unfilter(raw, width, height, bpp):
-    stride = width * bpp
-    if len(raw) != height * (stride + 1):
-        raise NotPNG(f"image data holds {len(raw)} bytes, expected {height * (stride + 1)}")
-    rows, previous = [], bytearray(stride)
-    for y in range(height):
-        start = y * (stride + 1)
-        kind, line = raw[start], bytearray(raw[start + 1:start + 1 + stride])
-        for i in range(stride):
-            left = line[i - bpp] if i >= bpp else 0
-            up = previous[i]
-            upleft = previous[i - bpp] if i >= bpp else 0
-            if kind == 1:
-                line[i] = (line[i] + left) & 0xFF
-            elif kind == 2:
-                line[i] = (line[i] + up) & 0xFF
-            elif kind == 3:
-                line[i] = (line[i] + (left + up) // 2) & 0xFF
-            elif kind == 4:
-                line[i] = (line[i] + paeth(left, up, upleft)) & 0xFF
-            elif kind != 0:
-                raise NotPNG(f"unknown filter {kind} in row {y}")
-        rows.append(line)
-        previous = line
-    return rows
-
-
-class Image:
-    def __init__(self, path):
-        with open(path, "rb") as f:
-            chunks = read_chunks(f.read())
-        width, height, depth, colour, _, _, interlace = struct.unpack(">IIBBBBB", chunks[0][1])
-        if depth != 8 or colour not in CHANNELS or interlace != 0:
-            raise NotPNG(f"unsupported layout: depth {depth}, colour type {colour}, interlace {interlace}")
-        self.width, self.height, self.channels = width, height, CHANNELS[colour]
-        self.text = dict(body.split(b"\0", 1) for kind, body in chunks if kind == b"tEXt")
-        compressed = b"".join(body for kind, body in chunks if kind == b"IDAT")
-        try:
-            raw = zlib.decompress(compressed)
-        except zlib.error as error:
-            raise NotPNG(f"image data does not inflate: {error}")
-        self.rows = unfilter(raw, width, height, self.channels)
-
-    def rgba(self, x, y):
-        s = self.rows[y][x * self.channels:(x + 1) * self.channels]
-        if self.channels == 1:
-            return (s[0], s[0], s[0], 255)
-        if self.channels == 2:
-            return (s[0], s[0], s[0], s[1])
-        return tuple(s) + ((255,) if self.channels == 3 else ())
-
-    def pixels(self):
-        for y in range(self.height):
-            for x in range(self.width):
-                yield self.rgba(x, y)
-
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from pngread import Image, NotPNG  # noqa: E402
 
 def colour255(colour):
     return tuple(round(colour.get(k, 0) * 255) for k in ("red", "green", "blue", "alpha"))

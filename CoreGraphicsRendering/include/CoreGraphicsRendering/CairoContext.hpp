@@ -1,8 +1,10 @@
 #pragma once
 
+#include <CoreGraphicsRendering/ImageView.hpp>
 #include <Graphics2/CGContext.hpp>
 
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -10,6 +12,7 @@
 // this header need not see cairo's headers.
 typedef struct _cairo cairo_t;
 typedef struct _cairo_surface cairo_surface_t;
+typedef struct _cairo_matrix cairo_matrix_t;
 
 namespace vantel {
 
@@ -25,6 +28,12 @@ public:
 // platform's context: separate stroke and fill colours saved and restored with
 // the rest of the state, black fill and stroke, line width 1. Move-only; owns
 // one reference to its cairo_t.
+//
+// A transform that is not finite or not invertible (a NaN rotation, a zero
+// scale) would put cairo into its sticky error and lose the whole picture, so
+// it is not applied: nothing is drawn until the state is restored, which skips
+// the one shape that asked for it. A path or rectangle with a coordinate that
+// is not finite is skipped the same way.
 class CairoContext final : public CGContext {
 public:
     // Takes a reference of its own: the caller keeps (and releases) theirs.
@@ -39,6 +48,9 @@ public:
     cairo_t* cairo() const { return cairo_.get(); }
     // Throws CairoError if any drawing so far has failed.
     void checkStatus() const;
+    // The pixels drawn so far when the target is an ARGB32 image surface (a
+    // bitmap); none for PDF pages, windows and other targets.
+    std::optional<ImageView> targetImage() const;
 
     void saveGState() override;
     void restoreGState() override;
@@ -69,6 +81,7 @@ private:
     struct PaintState {
         RGBA stroke;
         RGBA fill;
+        bool transformUnusable = false;  // draw nothing until restored
     };
     struct Release {
         void operator()(cairo_t* cairo) const;
@@ -76,11 +89,16 @@ private:
 
     CairoContext(cairo_t* cairo, bool adopt);
     void setSource(const RGBA& colour);
-    void addRectangle(const CGRect& rect);
+    // False, and nothing drawn until the state is restored, when multiplying
+    // `step` onto the transform would leave it unusable.
+    bool acceptsTransform(const cairo_matrix_t& step);
+    // Adds the rectangle as the whole path; false when it cannot be drawn.
+    bool addRectangle(const CGRect& rect);
 
     std::unique_ptr<cairo_t, Release> cairo_;
     PaintState paint_;
     std::vector<PaintState> savedPaint_;
+    bool pathUnusable_ = false;  // a point of the current path was not finite
 };
 
 }  // namespace vantel

@@ -18,13 +18,15 @@ namespace vantel {
 // Turns a sketch into a raster image: an RGBA bitmap of the sketch's page
 // size (origin top left, one unit per pixel) that the body is drawn into, then
 // encoded as an image file. It can instead draw into a context the caller
-// already has; it then never makes a bitmap of its own and cannot encode.
+// already has; it then never makes a bitmap of its own, and encodes only a
+// context that draws into a bitmap.
 class CoreGraphicsRenderer {
 public:
     // The page size is truncated to whole pixels (99.9 becomes 99); a side
-    // below one pixel throws RenderError::dimensionIsZero. A size that is not
-    // finite or does not fit a 64-bit integer stops the process, as does a
-    // bitmap the drawing library cannot make.
+    // below one pixel throws RenderError::dimensionIsZero, and a bitmap the
+    // drawing library cannot make (a side over 32767 pixels, too little
+    // memory) RenderError::failedToMakeImage. A size that is not finite or
+    // does not fit a 64-bit integer stops the process.
     explicit CoreGraphicsRenderer(const Sketch& sketch, CGContext* context = nullptr, bool debug = false);
     CoreGraphicsRenderer(std::int64_t width, std::int64_t height, CGContext* context, bool debug);
 
@@ -42,7 +44,8 @@ public:
     void addShapes(const std::vector<Drawable>& shapes);
 
     // The pixels drawn so far, encoded. RenderError::failedToMakeImage when
-    // there is no bitmap (a caller's context) or drawing failed;
+    // the context draws into no bitmap (a PDF page, a recorder) or drawing
+    // failed;
     // failedToRenderPNGRepresentation when the encoder fails.
     Data render(NSBitmapImageFileType type = NSBitmapImageFileType::png) const;
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <stdexcept>
+#include <string>
 
 namespace vantel {
 
@@ -21,7 +22,8 @@ public:
     std::int64_t height = 0;
 
     static RenderError dimensionIsZero(std::int64_t width, std::int64_t height);
-    static RenderError failedToMakeImage();
+    // `reason`, when given, says why in what() (a bitmap too large to make).
+    static RenderError failedToMakeImage(const std::string& reason = {});
     // Raised for every file type, not only PNG: the name is kept as it is.
     static RenderError failedToRenderPNGRepresentation();
 
@@ -30,7 +32,7 @@ public:
     }
 
 private:
-    RenderError(Case kind, std::int64_t width, std::int64_t height);
+    RenderError(Case kind, std::int64_t width, std::int64_t height, const std::string& reason = {});
 };
 
 }  // namespace vantel

@@ -3,6 +3,7 @@
 #include <Graphics2/CGContext.hpp>
 #include <Graphics2/Color.hpp>
 #include <Graphics2/GroupDrawable.hpp>
+#include <Graphics2/Rectangle.hpp>
 #include <Graphics2/Size.hpp>
 #include <OverlayGenerator/GridType.hpp>
 #include <Platform/Coding.hpp>
@@ -59,6 +60,10 @@ struct AspectRatio {
     // Where the guide's outline lies, its outer edges: the fitted size
     // centred on the centre of `centeringSize`, as drawing() places it.
     CGRect box(const Size& fittingSize, const Size& centeringSize) const;
+    // The rectangle drawing() strokes and lays the grid on: the box shrunk by
+    // one stroke width, so that the stroke reaches exactly the box. The
+    // document checks measure grids on it too.
+    Rectangle outline(const Size& fittingSize, const Size& centeringSize) const;
 
     // The guide laid out as a group: [styled Grid, FauxDrawable, children,
     // FauxDrawable]. The guide is fitted into `fittingSize` and centred on the

@@ -33,4 +33,15 @@ struct Grid {
 // programming error and stops the process.
 std::vector<double> gridOffsets(const GridType& type, double length);
 
+// How many offsets gridOffsets gives, without listing them: the document
+// checks count lines with it, so they count what drawing draws. Exact up to
+// 2^52 lines (far beyond what can be drawn), an estimate above; infinite on
+// an endless side.
+double gridLineCount(const GridType& type, double length);
+
+// Whether the grid's step comes out exactly 0 (a divisor on a side of length
+// 0): gridOffsets and gridLineCount stop the process on it, so a document
+// check asks first.
+bool gridStepIsZero(const GridType& type, double length);
+
 }  // namespace vantel
