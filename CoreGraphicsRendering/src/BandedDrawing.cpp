@@ -53,6 +53,11 @@ void drawInBands(BitmapContext& bitmap, const Drawing& drawing, int bandRows, un
     bandRows = std::max(bandRows, 1);
     cairo_surface_t* whole = bitmap.surface();
     cairo_surface_flush(whole);
+    // cairo is told that the pixels changed behind its back, whatever happens.
+    struct MarkDirty {
+        cairo_surface_t* surface;
+        ~MarkDirty() { cairo_surface_mark_dirty(surface); }
+    } markDirty{whole};
     const auto bands = static_cast<std::size_t>((bitmap.height() + bandRows - 1) / bandRows);
     try {
         parallel::forEach(bands, threads,
@@ -60,7 +65,6 @@ void drawInBands(BitmapContext& bitmap, const Drawing& drawing, int bandRows, un
     } catch (const CairoError&) {
         drawing(bitmap.context());
     }
-    cairo_surface_mark_dirty(whole);
 }
 
 void drawOnAllCores(BitmapContext& bitmap, const Drawing& drawing) {
