@@ -144,6 +144,8 @@ void compressSegment(const ImageView& image, int level, bool last, Segment& segm
         const int flush = end < segment.end ? Z_NO_FLUSH : last ? Z_FINISH : Z_SYNC_FLUSH;
         deflateInto(*stream, strip.data(), size, flush, segment.compressed);
     }
+    // The output step's slack goes back to this thread's next segment.
+    segment.compressed.shrink_to_fit();
 }
 
 // Pictures below this many pixels compress in one piece on the caller's
