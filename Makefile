@@ -40,7 +40,7 @@ tsan: deps
 	  -DVANTEL_SANITIZERS=thread -DVANTEL_BUILD_BENCH=OFF > build-tsan.configure.log 2>&1 \
 	  || { cat build-tsan.configure.log; exit 1; }
 	@cmake --build build-tsan -j $(JOBS)
-	@TSAN_OPTIONS=halt_on_error=1 ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R Concurren
+	@TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/scripts/tsan-suppressions.txt" ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R Concurren
 
 # The document fuzzer (libFuzzer with AddressSanitizer and UBSan, clang only)
 # for FUZZ_SECONDS, from a copy of fuzz/corpus and fuzz/regressions in

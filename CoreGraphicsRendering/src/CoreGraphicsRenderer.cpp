@@ -1,5 +1,6 @@
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 
+#include <CoreGraphicsRendering/BandedDrawing.hpp>
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
 #include <Graphics2/Size.hpp>
@@ -28,7 +29,14 @@ std::string capitalised(std::string text) {
 CoreGraphicsRenderer::CoreGraphicsRenderer(const Sketch& sketch, CGContext* context, bool debug)
     : CoreGraphicsRenderer(wholePixels(sketch.size().width), wholePixels(sketch.size().height), context,
                            debug) {
-    sketch.body().draw(*context_);
+    const Drawable body = sketch.body();
+    // A bitmap of the renderer's own is still fresh here, so a large one can
+    // be drawn in bands on every core, to the same pixels.
+    if (bitmap_) {
+        drawOnAllCores(*bitmap_, [&body](CGContext& context) { body.draw(context); });
+    } else {
+        body.draw(*context_);
+    }
 }
 
 CoreGraphicsRenderer::CoreGraphicsRenderer(std::int64_t width, std::int64_t height, CGContext* context,

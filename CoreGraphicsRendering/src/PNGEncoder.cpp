@@ -2,11 +2,14 @@
 // UP filter: on the flat areas and straight lines of overlays it compresses
 // about as well as an adaptive filter choice, at a fraction of the cost.
 // Rows are filtered a strip at a time and handed to deflate, so encoding
-// holds no copy of the picture: peak memory stays about one bitmap.
+// holds no copy of the picture: peak memory stays about one bitmap. Large
+// pictures are cut into segments of rows deflated on every core at once and
+// joined into one stream.
 
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
 
 #include "Encoders.hpp"
+#include "ParallelWork.hpp"
 
 #include <zlib.h>
 
@@ -31,31 +34,37 @@ void subtractRow(const std::uint8_t* __restrict current, const std::uint8_t* __r
     for (std::size_t i = 0; i < size; ++i) out[i] = static_cast<std::uint8_t>(current[i] - previous[i]);
 }
 
-// Un-premultiplies and UP-filters rows [first, end) into `out` (filter byte
-// plus differences to the row above; the row above the first is zero).
-// `previous` holds the straight row above `first` and is left holding the
-// last row filtered.
+// Un-premultiplies and UP-filters rows into `out` (filter byte plus
+// differences to the row above; the row above row 0 is zero), continuing
+// from the row after the last one filtered.
 class RowFilter {
 public:
-    explicit RowFilter(const ImageView& image)
+    // Ready to filter from row `first` on.
+    RowFilter(const ImageView& image, int first)
         : image_(image), current_(static_cast<std::size_t>(image.width)),
-          previous_(static_cast<std::size_t>(image.width), 0) {}
+          previous_(static_cast<std::size_t>(image.width), 0), next_(first) {
+        if (first > 0) pixels::straightRow(image_, first - 1, previous_.data());
+    }
 
     std::size_t rowBytes() const { return 1 + 4 * current_.size(); }
 
-    void filter(int first, int end, std::uint8_t* out) {
-        for (int y = first; y < end; ++y, out += rowBytes()) {
-            pixels::straightRow(image_, y, current_.data());
+    // Filters rows up to `end` and returns their number.
+    int filterUpTo(int end, std::uint8_t* out) {
+        const int first = next_;
+        for (; next_ < end; ++next_, out += rowBytes()) {
+            pixels::straightRow(image_, next_, current_.data());
             out[0] = filterUp;
             subtractRow(reinterpret_cast<const std::uint8_t*>(current_.data()),
                         reinterpret_cast<const std::uint8_t*>(previous_.data()), rowBytes() - 1, out + 1);
             current_.swap(previous_);
         }
+        return next_ - first;
     }
 
 private:
     const ImageView& image_;
     std::vector<std::uint32_t> current_, previous_;
+    int next_;
 };
 
 struct EndDeflate {
@@ -66,10 +75,12 @@ struct EndDeflate {
 };
 using Deflater = std::unique_ptr<z_stream, EndDeflate>;
 
+// A raw deflate stream (no zlib header or checksum: the segments of a
+// picture share one, see compressedRows).
 Deflater startDeflate(int level) {
     if (level < 0 || level > 9) failToEncode();
     Deflater stream(new z_stream{});
-    if (deflateInit(stream.get(), level) != Z_OK) {
+    if (deflateInit2(stream.get(), level, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
         stream.release();  // deflateEnd is not to be called after a failed init
         failToEncode();
     }
@@ -93,17 +104,92 @@ void deflateInto(z_stream& stream, const std::uint8_t* data, std::size_t size, i
     } while (stream.avail_out == 0 || (flush == Z_FINISH && status != Z_STREAM_END));
 }
 
-Data compressedRows(const ImageView& image, int level) {
-    Deflater stream = startDeflate(level);
-    RowFilter rows(image);
-    std::vector<std::uint8_t> strip(static_cast<std::size_t>(stripRows) * rows.rowBytes());
+// Rows [first, end) of the picture, deflated. Segments are compressed on
+// their own threads and joined into one stream: each but the last ends on a
+// byte boundary without closing the stream (a sync flush), and each starts
+// with the 32 KiB of filtered rows before it as its dictionary, so that its
+// first rows still find their matches in the rows above and the picture
+// compresses as well as in one piece.
+struct Segment {
+    int first, end;
     Data compressed;
-    for (int y = 0; y < image.height; y += stripRows) {
-        const int end = std::min(image.height, y + stripRows);
-        rows.filter(y, end, strip.data());
-        deflateInto(*stream, strip.data(), static_cast<std::size_t>(end - y) * rows.rowBytes(),
-                    end == image.height ? Z_FINISH : Z_NO_FLUSH, compressed);
+    uLong checksum = adler32(0, nullptr, 0);  // of the filtered rows
+    std::size_t filteredBytes = 0;
+};
+
+void presetDictionary(z_stream& stream, const ImageView& image, int first) {
+    constexpr std::size_t window = std::size_t(1) << MAX_WBITS;
+    const std::size_t rowBytes = 1 + 4 * static_cast<std::size_t>(image.width);
+    const int rows = static_cast<int>(std::min<std::size_t>(first, (window + rowBytes - 1) / rowBytes));
+    if (rows == 0) return;
+    RowFilter before(image, first - rows);
+    std::vector<std::uint8_t> filtered(static_cast<std::size_t>(rows) * before.rowBytes());
+    before.filterUpTo(first, filtered.data());
+    const std::size_t size = std::min(window, filtered.size());
+    if (deflateSetDictionary(&stream, filtered.data() + filtered.size() - size, static_cast<uInt>(size)) != Z_OK) {
+        failToEncode();
     }
+}
+
+void compressSegment(const ImageView& image, int level, bool last, Segment& segment) {
+    Deflater stream = startDeflate(level);
+    presetDictionary(*stream, image, segment.first);
+    RowFilter rows(image, segment.first);
+    std::vector<std::uint8_t> strip(static_cast<std::size_t>(stripRows) * rows.rowBytes());
+    for (int y = segment.first; y < segment.end; y += stripRows) {
+        const int end = std::min(segment.end, y + stripRows);
+        const std::size_t size = static_cast<std::size_t>(rows.filterUpTo(end, strip.data())) * rows.rowBytes();
+        segment.checksum = adler32_z(segment.checksum, strip.data(), size);
+        segment.filteredBytes += size;
+        const int flush = end < segment.end ? Z_NO_FLUSH : last ? Z_FINISH : Z_SYNC_FLUSH;
+        deflateInto(*stream, strip.data(), size, flush, segment.compressed);
+    }
+    // The output step's slack goes back to this thread's next segment.
+    segment.compressed.shrink_to_fit();
+}
+
+// Pictures below this many pixels compress in one piece on the caller's
+// thread: starting threads would cost more than they save.
+constexpr std::int64_t smallestParallelPicture = std::int64_t(1) << 19;
+
+std::vector<Segment> segmentsOf(const ImageView& image, unsigned threads) {
+    const bool parallel = std::int64_t{image.width} * image.height >= smallestParallelPicture;
+    // A few segments per thread, so that one slow segment does not keep the
+    // other threads waiting at the end.
+    const int wanted = parallel ? static_cast<int>(4 * threads) : 1;
+    const int rows = std::max(stripRows, (image.height + wanted - 1) / wanted);
+    std::vector<Segment> segments;
+    for (int first = 0; first < image.height; first += rows) {
+        segments.push_back({first, std::min(image.height, first + rows), {}});
+    }
+    return segments;
+}
+
+// The zlib stream header for a 32 KiB window, with the level's hint.
+void zlibHeader(int level, Data& out) {
+    const unsigned method = 0x78;
+    const unsigned hint = level < 2 ? 0 : level < 6 ? 1 : level == 6 ? 2 : 3;
+    unsigned flags = hint << 6;
+    flags += 31 - (method * 256 + flags) % 31;
+    out.push_back(static_cast<std::uint8_t>(method));
+    out.push_back(static_cast<std::uint8_t>(flags));
+}
+
+Data compressedRows(const ImageView& image, int level) {
+    if (level < 0 || level > 9) failToEncode();
+    const unsigned threads = parallel::threadCount();
+    std::vector<Segment> segments = segmentsOf(image, threads);
+    parallel::forEach(segments.size(), threads, [&](std::size_t i) {
+        compressSegment(image, level, i + 1 == segments.size(), segments[i]);
+    });
+    Data compressed;
+    zlibHeader(level, compressed);
+    uLong checksum = adler32(0, nullptr, 0);
+    for (const Segment& segment : segments) {
+        compressed.insert(compressed.end(), segment.compressed.begin(), segment.compressed.end());
+        checksum = adler32_combine(checksum, segment.checksum, static_cast<z_off_t>(segment.filteredBytes));
+    }
+    for (int shift = 24; shift >= 0; shift -= 8) compressed.push_back(static_cast<std::uint8_t>(checksum >> shift));
     return compressed;
 }
 

@@ -49,15 +49,36 @@ PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequ
             }};
 }
 
+// The document's drawing scaled as a whole to another size: a sketch of its
+// own, so that the renderer draws it as any sketch (on every core when large).
+class ScaledDocument final : public Sketch {
+public:
+    ScaledDocument(const OverlayGen& document, CGSize pixels) : document_(document), pixels_(pixels) {}
+
+    Size size() const override { return Size(pixels_.width, pixels_.height, 0); }
+    Drawable body() const override {
+        CGSize canvas = document_.size().cg();
+        return Drawable(Scaled{document_.body(), pixels_.width / canvas.width, pixels_.height / canvas.height});
+    }
+
+private:
+    struct Scaled {
+        Drawable body;
+        double sx, sy;
+        void draw(CGContext& context) const {
+            context.scaleCTM(sx, sy);
+            body.draw(context);
+        }
+    };
+
+    const OverlayGen& document_;
+    CGSize pixels_;
+};
+
 Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const SizeRequest& size) {
     if (size.keepsCanvasSize()) return CoreGraphicsRenderer(document).render(type);
-    CGSize canvas = document.size().cg();
-    CGSize pixels = requestedPixelSize(canvas, size);
-    CoreGraphicsRenderer renderer(static_cast<std::int64_t>(pixels.width), static_cast<std::int64_t>(pixels.height),
-                                  nullptr, false);
-    renderer.context().scaleCTM(pixels.width / canvas.width, pixels.height / canvas.height);
-    renderer.addShape(document.body());
-    return renderer.render(type);
+    ScaledDocument scaled(document, requestedPixelSize(document.size().cg(), size));
+    return CoreGraphicsRenderer(scaled).render(type);
 }
 
 // Encodes with `encode`, turning what it throws into the file's lines.

@@ -226,3 +226,26 @@ TEST(ImageEncodingTest, AnEmptyViewIsAZeroDimensionError) {
         EXPECT_EQ(error, RenderError::dimensionIsZero(1, 0));
     }
 }
+
+// Large pictures are deflated in segments of rows on several threads and
+// joined into one stream: rows of noise (long compressed runs) and flat rows
+// (matches reaching back into the segment before) must both survive the
+// joins, and the one checksum must cover every segment.
+TEST(ImageEncodingTest, PNGOfALargePictureInSegmentsReadsBackExactly) {
+    Picture picture(1100, 700);
+    std::uint32_t state = 99;
+    auto next = [&] { return state = state * 1664525u + 1013904223u; };
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const bool noisy = (y / 50) % 3 == 0;
+            picture.set(x, y, noisy ? 0xff000000u | (next() >> 8) : opaque(x % 256, y % 256, 40));
+        }
+    }
+    picture.fill(100, 300, 900, 420, 0x80800000);  // straight (255, 0, 0, 128)
+    std::vector<std::uint32_t> expected = picture.words;
+    expectEveryPixel(readers::readPNG(encodePNG(picture.view())), [&](int x, int y) -> Pixel {
+        std::uint32_t p = expected[static_cast<std::size_t>(y) * (picture.stride / 4) + x];
+        if (p == 0x80800000) return {255, 0, 0, 128};
+        return {int(p >> 16 & 0xff), int(p >> 8 & 0xff), int(p & 0xff), 255};
+    });
+}

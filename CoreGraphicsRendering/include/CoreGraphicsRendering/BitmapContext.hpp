@@ -29,6 +29,9 @@ public:
     // The pixels as they are now (pending drawing is flushed first). Valid
     // while this bitmap lives; later drawing shows through the view.
     ImageView image() const;
+    // The cairo image surface holding the pixels, for drawing on it with
+    // contexts of one's own (mark it dirty afterwards).
+    cairo_surface_t* surface() const { return surface_.get(); }
 
 private:
     struct Release {
