@@ -1,5 +1,7 @@
 #include <ZBExtensions/URLExtensions.hpp>
 
+#include <ZBExtensions/Strings.hpp>
+
 #include <Platform/Fatal.hpp>
 #include <Platform/UnicodeText.hpp>
 
@@ -23,6 +25,17 @@ URL replacingLastPathComponent(const URL& url, std::string_view name, bool prese
 
 void replaceLastPathComponent(URL& url, std::string_view name, bool preserveExtension) {
     url = replacingLastPathComponent(url, name, preserveExtension);
+}
+
+URL incrementingCounter(const URL& url, std::int64_t starting, std::int64_t by, std::string_view format,
+                        std::string_view delimiter) {
+    const std::string stem = vantel::incrementingCounter(filename(url), starting, by, format, delimiter);
+    return replacingLastPathComponent(url, stem, true);
+}
+
+void incrementCounter(URL& url, std::int64_t starting, std::int64_t by, std::string_view format,
+                      std::string_view delimiter) {
+    url = incrementingCounter(url, starting, by, format, delimiter);
 }
 
 namespace {

@@ -30,6 +30,14 @@ TEST(URLExtensionsTest, ReplacingTheLastComponentKeepsTheOldExtensionEvenBesideA
     EXPECT_EQ(original.path(), "/shots/z.png");
 }
 
+TEST(URLExtensionsTest, CountersMoveOnInTheNameAndKeepTheExtension) {
+    EXPECT_EQ(incrementingCounter(URL::fileURL("/folder/shot-3.png")).path(), "/folder/shot-4.png");
+    EXPECT_EQ(incrementingCounter(URL::fileURL("/folder/shot.png")).path(), "/folder/shot-1.png");
+    URL url = web("https://example.com/take_09.aspectratio");
+    incrementCounter(url, 1, 2, "%02d", "_");
+    EXPECT_EQ(url.absoluteString(), "https://example.com/take_11.aspectratio");
+}
+
 TEST(URLExtensionsTest, QueryTextEncodesOnlyWhatAQueryCannotHold) {
     EXPECT_EQ(queryParameters(std::map<std::string, std::string>{}), "");
     std::map<std::string, std::string> parameters{{"name", "a b#ü%"}, {"q", "x&y=z+?/"}};

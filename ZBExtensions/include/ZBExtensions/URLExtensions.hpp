@@ -6,6 +6,7 @@
 #include <Platform/URL.hpp>
 
 #include <concepts>
+#include <cstdint>
 #include <ranges>
 #include <string>
 #include <string_view>
@@ -25,6 +26,15 @@ void replacePathExtension(URL& url, std::string_view extension);
 // y.jpg.png. Callers rely on that to keep a file's type while renaming it.
 URL replacingLastPathComponent(const URL& url, std::string_view name, bool preserveExtension);
 void replaceLastPathComponent(URL& url, std::string_view name, bool preserveExtension);
+
+// The counter at the end of the file name moved on, the extension kept:
+// folder/shot-3.png gives folder/shot-4.png, folder/shot.png gives
+// folder/shot-1.png. The name's rules are those of the text's
+// incrementingCounter, with the same arguments.
+URL incrementingCounter(const URL& url, std::int64_t starting = 1, std::int64_t by = 1, std::string_view format = "%d",
+                        std::string_view delimiter = "-");
+void incrementCounter(URL& url, std::int64_t starting = 1, std::int64_t by = 1, std::string_view format = "%d",
+                      std::string_view delimiter = "-");
 
 // The text with every byte outside the query-allowed characters (letters,
 // digits, "-._~!$&'()*+,;=:@/?") percent-encoded. "&", "=", "+" and "?" pass
