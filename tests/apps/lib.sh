@@ -24,6 +24,24 @@ finish() {
   echo "all checks passed"
 }
 
+# Runs COMMAND with its output in $WORK/stdout and $WORK/stderr and checks
+# the exit status.
+expect_exit() { # CODE NAME COMMAND...
+  local expected=$1 name=$2 status=0
+  shift 2
+  "$@" >"$WORK/stdout" 2>"$WORK/stderr" || status=$?
+  [ "$status" -eq "$expected" ] || fail "$name: exit status $status, expected $expected: $(cat "$WORK/stderr")"
+}
+
+# The single line on standard error must name the input and say what is wrong.
+expect_one_error_line() { # NAME INPUT PATTERN
+  local lines
+  lines=$(wc -l <"$WORK/stderr")
+  [ "$lines" -eq 1 ] || fail "$1: $lines lines on standard error, expected one: $(cat "$WORK/stderr")"
+  grep -qF -- "$2" "$WORK/stderr" || fail "$1: the error does not name $2: $(cat "$WORK/stderr")"
+  grep -qE -- "$3" "$WORK/stderr" || fail "$1: the error does not say /$3/: $(cat "$WORK/stderr")"
+}
+
 make_workdir() {
   WORK=$(mktemp -d "${TMPDIR:-/tmp}/vantel-e2e.XXXXXX")
   trap 'rm -rf "$WORK"' EXIT

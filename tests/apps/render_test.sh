@@ -10,24 +10,6 @@ source "$(dirname "$0")/lib.sh"
 make_workdir
 SAMPLE="$EXAMPLES/sample.aspectratio"
 
-# expect_exit CODE NAME COMMAND...: runs the command with its standard error
-# in $WORK/stderr and checks the exit status.
-expect_exit() {
-  local expected=$1 name=$2 status=0
-  shift 2
-  "$@" >"$WORK/stdout" 2>"$WORK/stderr" || status=$?
-  [ "$status" -eq "$expected" ] || fail "$name: exit status $status, expected $expected: $(cat "$WORK/stderr")"
-}
-
-# The single line on standard error must name the file and say what is wrong.
-expect_one_error_line() { # NAME FILE PATTERN
-  local lines
-  lines=$(wc -l <"$WORK/stderr")
-  [ "$lines" -eq 1 ] || fail "$1: $lines lines on standard error, expected one: $(cat "$WORK/stderr")"
-  grep -qF -- "$2" "$WORK/stderr" || fail "$1: the error does not name $2: $(cat "$WORK/stderr")"
-  grep -qE -- "$3" "$WORK/stderr" || fail "$1: the error does not say /$3/: $(cat "$WORK/stderr")"
-}
-
 check_image() { # FILE FORMAT (the sample's 1920x1080 canvas)
   "$PYTHON" "$HERE/imagecheck.py" "$1" "$2" 1920 1080 || fail "$1 is not a whole $2 image of the canvas"
 }

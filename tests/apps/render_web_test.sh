@@ -24,21 +24,6 @@ web="http://127.0.0.1:$(head -n 1 "$WORK/port")"
 export TMPDIR="$WORK/tmp"
 mkdir -p "$TMPDIR"
 
-expect_exit() { # CODE NAME COMMAND...
-  local expected=$1 name=$2 status=0
-  shift 2
-  "$@" >"$WORK/stdout" 2>"$WORK/stderr" || status=$?
-  [ "$status" -eq "$expected" ] || fail "$name: exit status $status, expected $expected: $(cat "$WORK/stderr")"
-}
-
-expect_one_error_line() { # NAME ADDRESS PATTERN
-  local lines
-  lines=$(wc -l <"$WORK/stderr")
-  [ "$lines" -eq 1 ] || fail "$1: $lines lines on standard error, expected one: $(cat "$WORK/stderr")"
-  grep -qF -- "$2: " "$WORK/stderr" || fail "$1: the error does not start with $2: $(cat "$WORK/stderr")"
-  grep -qE -- "$3" "$WORK/stderr" || fail "$1: the error does not say /$3/: $(cat "$WORK/stderr")"
-}
-
 # A served document draws as the file does.
 "$VANTEL" render "$EXAMPLES/sample.aspectratio" -o "$WORK/local.png"
 expect_exit 0 "render from http" "$VANTEL" render "$web/sample.aspectratio" -o "$WORK/web.png"
@@ -52,16 +37,16 @@ grep -q "1920" "$WORK/stdout" || fail "info from http does not describe the canv
 # Failures: the line names the address; no output appears.
 for path in /huge.aspectratio /stream/huge.aspectratio; do
   expect_exit 1 "9 MiB at $path" "$VANTEL" render "$web$path" -o "$WORK/huge.png"
-  expect_one_error_line "9 MiB at $path" "$web$path" "limit of 8 MiB.*stopped"
+  expect_one_error_line "9 MiB at $path" "$web$path: " "limit of 8 MiB.*stopped"
 done
 expect_exit 3 "404" "$VANTEL" render "$web/missing.aspectratio" -o "$WORK/missing.png"
-expect_one_error_line "404" "$web/missing.aspectratio" "404 Not Found"
+expect_one_error_line "404" "$web/missing.aspectratio: " "404 Not Found"
 expect_exit 3 "404 validate" "$VANTEL" validate "$web/missing.aspectratio"
-expect_one_error_line "404 validate" "$web/missing.aspectratio" "404 Not Found"
+expect_one_error_line "404 validate" "$web/missing.aspectratio: " "404 Not Found"
 expect_exit 3 "refused connection" "$VANTEL" render "http://127.0.0.1:1/a.aspectratio" -o "$WORK/refused.png"
-expect_one_error_line "refused connection" "http://127.0.0.1:1/a.aspectratio" "connection was refused"
+expect_one_error_line "refused connection" "http://127.0.0.1:1/a.aspectratio: " "connection was refused"
 expect_exit 3 "bad address" "$VANTEL" render "http://127.0.0.1/a b.aspectratio" -o "$WORK/bad.png"
-expect_one_error_line "bad address" "http://127.0.0.1/a b.aspectratio" "not a valid"
+expect_one_error_line "bad address" "http://127.0.0.1/a b.aspectratio: " "not a valid"
 for name in huge missing refused bad; do
   [ ! -e "$WORK/$name.png" ] || fail "a failed download left $name.png"
 done
