@@ -3,6 +3,7 @@
 #include <CoreGraphicsRendering/CairoContext.hpp>
 
 #include <cairo.h>
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,6 +11,7 @@
 #include <stdexcept>
 
 using namespace vantel;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -84,17 +86,8 @@ TEST(BandedDrawingConcurrencyTest, AFailedDrawingFailsTheBitmapsOwnContextAsOneC
     BitmapContext single(200, 100), banded(200, 100);
     broken(single.context());
     drawInBands(banded, broken, 16, 2);
-    try {
-        single.context().checkStatus();
-        FAIL() << "the drawing should have failed";
-    } catch (const CairoError& expected) {
-        try {
-            banded.context().checkStatus();
-            FAIL() << "the banded drawing should have failed too";
-        } catch (const CairoError& error) {
-            EXPECT_EQ(error.status, expected.status);
-        }
-    }
+    EXPECT_EQ(thrownBy<CairoError>([&] { single.context().checkStatus(); }).status,
+              thrownBy<CairoError>([&] { banded.context().checkStatus(); }).status);
 }
 
 TEST(BandedDrawingConcurrencyTest, AnExceptionFromTheDrawingReachesTheCaller) {

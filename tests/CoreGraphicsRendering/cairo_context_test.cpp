@@ -3,6 +3,7 @@
 #include <CoreGraphicsRendering/RenderError.hpp>
 
 #include <cairo.h>
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <numbers>
@@ -12,6 +13,7 @@
 using vantel::BitmapContext;
 using vantel::CairoContext;
 using vantel::CGRect;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -175,12 +177,8 @@ TEST(CairoContextTest, StickyDrawingErrorsAreThrownWhenChecked) {
 
 TEST(BitmapContextTest, UnusableSizesThrowInsteadOfCrashing) {
     EXPECT_EQ(BitmapContext(3, 2).image().width, 3);
-    try {
-        BitmapContext(0, 100);
-        FAIL() << "a zero width was accepted";
-    } catch (const vantel::RenderError& error) {
-        EXPECT_EQ(error, vantel::RenderError::dimensionIsZero(0, 100));
-    }
+    EXPECT_EQ(thrownBy<vantel::RenderError>([] { BitmapContext(0, 100); }),
+              vantel::RenderError::dimensionIsZero(0, 100));
     EXPECT_THROW(BitmapContext(-5, 10), vantel::RenderError);
     EXPECT_THROW(BitmapContext(100000, 100000), vantel::CairoError);
     EXPECT_THROW(BitmapContext(std::int64_t(1) << 40, 1), vantel::CairoError);

@@ -11,22 +11,17 @@
 #include <RecordingContext.hpp>
 #include <TestSupport.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 using namespace vantel;
+using vantel::testing::PageSketch;
 using vantel::testing::readPNG;
+using vantel::testing::thrownBy;
 
 namespace {
-
-struct PageSketch : Sketch {
-    Size page;
-    Drawable content;
-    PageSketch(Size page, Drawable content) : page(page), content(std::move(content)) {}
-    Size size() const override { return page; }
-    Drawable body() const override { return content; }
-};
 
 // Marks which drawing path the renderer chose.
 struct PathProbe {
@@ -61,20 +56,13 @@ TEST(CoreGraphicsRendererTest, PageSizeIsTruncatedToWholePixels) {
 }
 
 TEST(CoreGraphicsRendererTest, UnusableSidesThrowRenderErrors) {
-    try {
-        CoreGraphicsRenderer renderer(PageSketch(Size(0.5, 100, 0), EmptyDrawable{}));
-        FAIL() << "expected a RenderError";
-    } catch (const RenderError& error) {
-        EXPECT_EQ(error, RenderError::dimensionIsZero(0, 100));
-    }
+    EXPECT_EQ(thrownBy<RenderError>([] { CoreGraphicsRenderer(PageSketch(Size(0.5, 100, 0), EmptyDrawable{})); }),
+              RenderError::dimensionIsZero(0, 100));
     EXPECT_THROW(CoreGraphicsRenderer(-3, 10, nullptr, false), RenderError);
-    try {
-        CoreGraphicsRenderer renderer(PageSketch(Size(32768, 10, 0), EmptyDrawable{}));
-        FAIL() << "a side over cairo's limit was accepted";
-    } catch (const RenderError& error) {
-        EXPECT_EQ(error, RenderError::failedToMakeImage());
-        EXPECT_NE(std::string(error.what()).find("32768 x 10"), std::string::npos) << error.what();
-    }
+    auto overLimit =
+        thrownBy<RenderError>([] { CoreGraphicsRenderer(PageSketch(Size(32768, 10, 0), EmptyDrawable{})); });
+    EXPECT_EQ(overLimit, RenderError::failedToMakeImage());
+    EXPECT_NE(std::string(overLimit.what()).find("32768 x 10"), std::string::npos) << overLimit.what();
 }
 
 TEST(CoreGraphicsRendererTest, NonFinitePageSizeStops) {
@@ -107,12 +95,7 @@ TEST(CoreGraphicsRendererTest, HandedInContextIsDrawnAsItIsAndEncodedOnlyWhenABi
     CoreGraphicsRenderer recorded(PageSketch(Size(40, 20, 0), Line(0, 0, 4, 0)), &recorder);
     EXPECT_EQ(recorder.operations,
               (std::vector<std::string>{"moveTo 0.0 0.0", "lineTo 4.0 0.0", "strokePath"}));
-    try {
-        (void)recorded.render();
-        FAIL() << "a recorder was encoded";
-    } catch (const RenderError& error) {
-        EXPECT_EQ(error, RenderError::failedToMakeImage());
-    }
+    EXPECT_EQ(thrownBy<RenderError>([&] { return recorded.render(); }), RenderError::failedToMakeImage());
 
     BitmapContext bitmap(30, 30);  // the picture has the bitmap's size, not the page's
     CoreGraphicsRenderer renderer(PageSketch(Size(40, 20, 0), redSquare()), &bitmap.context());

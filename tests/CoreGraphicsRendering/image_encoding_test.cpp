@@ -4,6 +4,7 @@
 
 #include "ImageReaders.hpp"
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -14,6 +15,7 @@ using namespace vantel;
 namespace readers = vantel::testing;
 using readers::DecodedImage;
 using Pixel = std::array<int, 4>;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -72,6 +74,23 @@ void expectEveryPixel(const DecodedImage& decoded, const std::function<Pixel(int
     EXPECT_EQ(mismatches, 0);
 }
 
+// Opaque pixels of a fixed pseudo-random sequence, which barely compress.
+struct Noise {
+    std::uint32_t state;
+    std::uint32_t opaquePixel() { return 0xff000000u | ((state = state * 1664525u + 1013904223u) >> 8); }
+};
+
+constexpr std::uint32_t halfRed = 0x80800000;  // straight (255, 0, 0, 128)
+
+// The straight pixels expected of a picture holding only opaque and half red pixels.
+std::function<Pixel(int, int)> opaqueOrHalfRed(const Picture& picture) {
+    return [words = picture.words, stride = picture.stride](int x, int y) -> Pixel {
+        std::uint32_t p = words[static_cast<std::size_t>(y) * (stride / 4) + x];
+        if (p == halfRed) return {255, 0, 0, 128};
+        return {int(p >> 16 & 0xff), int(p >> 8 & 0xff), int(p & 0xff), 255};
+    };
+}
+
 struct LosslessFormat {
     NSBitmapImageFileType type;
     DecodedImage (*read)(const Data&);
@@ -85,13 +104,6 @@ const LosslessFormat losslessFormats[] = {
 };
 
 }  // namespace
-
-TEST(ImageFileTypeTest, ExtensionsFollowThePlatformRawValues) {
-    const char* expected[] = {"tiff", "bmp", "gif", "jpeg", "png", "jpeg2000"};
-    for (std::uint64_t raw = 0; raw < 6; ++raw) {
-        EXPECT_EQ(fileExtension(static_cast<NSBitmapImageFileType>(raw)), expected[raw]);
-    }
-}
 
 TEST(ImageFileTypeDeathTest, UnknownRawValueStops) {
     EXPECT_DEATH(fileExtension(static_cast<NSBitmapImageFileType>(6)), "Unknown file format: .*6");
@@ -122,17 +134,12 @@ TEST(ImageEncodingTest, PNGIsEightBitRGBAAtEveryCompressionLevel) {
 // within one strip of rows, and across strips.
 TEST(ImageEncodingTest, PNGOfNoiseLargerThanItsBuffersReadsBackExactly) {
     Picture picture(2200, 40);
-    std::uint32_t state = 12345;
-    auto next = [&] { return state = state * 1664525u + 1013904223u; };
+    Noise noise{12345};
     for (int y = 0; y < picture.height; ++y)
-        for (int x = 0; x < picture.width; ++x) picture.set(x, y, 0xff000000u | (next() >> 8));
-    std::vector<std::uint32_t> expected = picture.words;
+        for (int x = 0; x < picture.width; ++x) picture.set(x, y, noise.opaquePixel());
     Data png = encodePNG(picture.view());
     EXPECT_GT(png.size(), std::size_t(200000));
-    expectEveryPixel(readers::readPNG(png), [&](int x, int y) -> Pixel {
-        std::uint32_t p = expected[static_cast<std::size_t>(y) * (picture.stride / 4) + x];
-        return {int(p >> 16 & 0xff), int(p >> 8 & 0xff), int(p & 0xff), 255};
-    });
+    expectEveryPixel(readers::readPNG(png), opaqueOrHalfRed(picture));
 }
 
 TEST(ImageEncodingTest, GIFWithFewColoursIsExactAndHalfTransparencyDecides) {
@@ -219,12 +226,8 @@ TEST(ImageEncodingTest, AnEmptyViewIsAZeroDimensionError) {
     Picture picture(1, 1);
     ImageView empty = picture.view();
     empty.height = 0;
-    try {
-        encodeImage(empty, NSBitmapImageFileType::tiff);
-        FAIL() << "an empty image was encoded";
-    } catch (const RenderError& error) {
-        EXPECT_EQ(error, RenderError::dimensionIsZero(1, 0));
-    }
+    EXPECT_EQ(thrownBy<RenderError>([&] { return encodeImage(empty, NSBitmapImageFileType::tiff); }),
+              RenderError::dimensionIsZero(1, 0));
 }
 
 // Large pictures are deflated in segments of rows on several threads and
@@ -233,19 +236,10 @@ TEST(ImageEncodingTest, AnEmptyViewIsAZeroDimensionError) {
 // joins, and the one checksum must cover every segment.
 TEST(ImageEncodingTest, PNGOfALargePictureInSegmentsReadsBackExactly) {
     Picture picture(1100, 700);
-    std::uint32_t state = 99;
-    auto next = [&] { return state = state * 1664525u + 1013904223u; };
-    for (int y = 0; y < picture.height; ++y) {
-        for (int x = 0; x < picture.width; ++x) {
-            const bool noisy = (y / 50) % 3 == 0;
-            picture.set(x, y, noisy ? 0xff000000u | (next() >> 8) : opaque(x % 256, y % 256, 40));
-        }
-    }
-    picture.fill(100, 300, 900, 420, 0x80800000);  // straight (255, 0, 0, 128)
-    std::vector<std::uint32_t> expected = picture.words;
-    expectEveryPixel(readers::readPNG(encodePNG(picture.view())), [&](int x, int y) -> Pixel {
-        std::uint32_t p = expected[static_cast<std::size_t>(y) * (picture.stride / 4) + x];
-        if (p == 0x80800000) return {255, 0, 0, 128};
-        return {int(p >> 16 & 0xff), int(p >> 8 & 0xff), int(p & 0xff), 255};
-    });
+    Noise noise{99};
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            picture.set(x, y, (y / 50) % 3 == 0 ? noise.opaquePixel() : opaque(x % 256, y % 256, 40));
+    picture.fill(100, 300, 900, 420, halfRed);
+    expectEveryPixel(readers::readPNG(encodePNG(picture.view())), opaqueOrHalfRed(picture));
 }

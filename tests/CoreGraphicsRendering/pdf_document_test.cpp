@@ -1,6 +1,7 @@
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 #include <libdeflate.h>
 
@@ -9,6 +10,7 @@
 #include <string>
 
 using namespace vantel;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -68,12 +70,8 @@ TEST(PDFDocumentTest, OnePageOfTheGivenSizeDrawnInVectorsEvenWhereItClears) {
 
 TEST(PDFDocumentTest, EmptyPageSizeThrowsAndNonFiniteSizeStops) {
     auto nothing = [](CGContext&) {};
-    try {
-        drawPDF(CGSize{0, 300}, nothing);
-        FAIL() << "no error for a zero width";
-    } catch (const RenderError& error) {
-        EXPECT_EQ(error, RenderError::dimensionIsZero(0, 300));
-    }
+    EXPECT_EQ(thrownBy<RenderError>([&] { return drawPDF(CGSize{0, 300}, nothing); }),
+              RenderError::dimensionIsZero(0, 300));
     EXPECT_THROW(drawPDF(CGSize{10, -1}, nothing), RenderError);
     EXPECT_DEATH(drawPDF(CGSize{NAN, 10}, nothing), "not finite");
     EXPECT_DEATH(drawPDF(CGSize{10, INFINITY}, nothing), "not finite");

@@ -1,6 +1,7 @@
 #include <Graphics2/ColorText.hpp>
 #include <Platform/JSON.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 using vantel::Color;
@@ -65,13 +66,9 @@ TEST(ColorTextTest, FormatStyleIsSavedAsItsCaseOverAnEmptyContainer) {
 
 TEST(ColorTextTest, FormatStyleNeedsExactlyOneKnownCase) {
     using vantel::ColorFormatStyle;
-    auto decodingFails = [](std::string_view json) -> std::string {
-        try {
-            vantel::JSONDecoder().decode<ColorFormatStyle>(jsonBytes(json));
-        } catch (const vantel::DecodingError& error) {
-            return error.context().debugDescription;
-        }
-        return "decoded";
+    auto decodingFails = [](std::string_view json) {
+        auto decode = [&] { return vantel::JSONDecoder().decode<ColorFormatStyle>(jsonBytes(json)); };
+        return vantel::testing::thrownBy<vantel::DecodingError>(decode).context().debugDescription;
     };
     EXPECT_EQ(decodingFails(R"({"format":{"hex":{},"rgba":{}}})"), "Invalid number of keys found, expected one.");
     EXPECT_EQ(decodingFails(R"({"format":{}})"), "Invalid number of keys found, expected one.");

@@ -21,7 +21,9 @@ using vantel::EmptyDrawable;
 using vantel::GroupDrawable;
 using vantel::SketchBuilder;
 using vantel::StyledShape;
+using vantel::testing::PageSketch;
 using vantel::testing::RecordingContext;
+using vantel::testing::rasterOperations;
 using Operations = std::vector<std::string>;
 
 namespace {
@@ -47,21 +49,6 @@ struct Collector : vantel::DrawingContext {
     std::vector<Drawable> shapes;
     void addShape(const Drawable& shape) override { shapes.push_back(shape); }
 };
-
-struct TestSketch : vantel::Sketch {
-    vantel::Size page;
-    Drawable content;
-    TestSketch(double width, double height, Drawable content)
-        : page(width, height, 7), content(std::move(content)) {}
-    vantel::Size size() const override { return page; }
-    Drawable body() const override { return content; }
-};
-
-Operations rasterOperations(const Drawable& drawable) {
-    RecordingContext context;
-    drawable.draw(context);
-    return context.operations;
-}
 
 }  // namespace
 
@@ -97,6 +84,7 @@ TEST(DrawableTest, TypeNamesAreUnqualified) {
     EXPECT_EQ(Drawable(Dot{}).strokeWidth(1).typeName(), "StyledShape");
     EXPECT_EQ(Drawable(GroupDrawable()).typeName(), "GroupDrawable");
     EXPECT_EQ(Drawable(Dot{}).typeName(), "Dot");
+    EXPECT_EQ(Drawable(vantel::Line()).typeName(), "Line");
     EXPECT_EQ(Drawable(Dot{}).as<Stroke>(), nullptr);
 }
 
@@ -128,20 +116,16 @@ TEST(DrawableTest, RasterAbilityIsReadFromTheHeldType) {
     EXPECT_EQ(context.operations, (Operations{"moveTo -1.0 -1.0", "moveTo 5.0 0.0"}));
 }
 
-TEST(DrawableTest, GroupsDrawRasterMembersInOrderAndNeverTheirDebugForm) {
-    GroupDrawable group({Stroke{1}, Dot{}, Debuggable{}, GroupDrawable({Stroke{2}}), EmptyDrawable{}});
-    Operations expected = {"moveTo 1.0 0.0", "moveTo 1.0 1.0", "moveTo 2.0 0.0"};
+TEST(DrawableTest, GroupsDrawRasterMembersInOrderSkipCirclesAndNeverDrawDebugForms) {
+    GroupDrawable group({Stroke{1}, vantel::Circle(5, 5, 2), Debuggable{}, GroupDrawable({Stroke{2}}), EmptyDrawable{},
+                         vantel::Line(0, 0, 10, 20)});
+    Operations expected = {"moveTo 1.0 0.0", "moveTo 1.0 1.0", "moveTo 2.0 0.0",
+                           "moveTo 0.0 0.0", "lineTo 10.0 20.0", "strokePath"};
     EXPECT_EQ(rasterOperations(group), expected);
 
     RecordingContext context;
     Drawable(group).debugDraw(context);
     EXPECT_EQ(context.operations, expected);
-}
-
-TEST(DrawableTest, ALineInAGroupIsDrawnAndACircleSkipped) {
-    Drawable group = GroupDrawable({vantel::Circle(5, 5, 2), vantel::Line(0, 0, 10, 20)});
-    EXPECT_EQ(rasterOperations(group), (Operations{"moveTo 0.0 0.0", "lineTo 10.0 20.0", "strokePath"}));
-    EXPECT_EQ(Drawable(vantel::Line()).typeName(), "Line");
 }
 
 TEST(DrawableTest, StyledShapeSetsItsStylesInsideASavedState) {
@@ -159,22 +143,22 @@ TEST(DrawableTest, StyledShapeSetsItsStylesInsideASavedState) {
 
 TEST(SketchDrawingTest, DrawingASketchDrawsOnlyARasterBody) {
     RecordingContext context;
-    vantel::drawSketch(context, TestSketch(10, 10, GroupDrawable({Stroke{1}, Dot{}})));
+    vantel::drawSketch(context, PageSketch({10, 10, 7}, GroupDrawable({Stroke{1}, Dot{}})));
     EXPECT_EQ(context.operations, (Operations{"moveTo 1.0 0.0"}));
 
     RecordingContext untouched;
-    vantel::drawSketch(untouched, TestSketch(10, 10, Dot{}));
-    vantel::drawSketch(untouched, TestSketch(10, 10, EmptyDrawable{}));
+    vantel::drawSketch(untouched, PageSketch({10, 10, 7}, Dot{}));
+    vantel::drawSketch(untouched, PageSketch(vantel::Size(10, 10, 7)));
     EXPECT_TRUE(untouched.operations.empty());
 }
 
 TEST(SketchDrawingTest, FittingTranslatesThenScalesByTheSmallerRatio) {
     RecordingContext wide;
-    vantel::fitSketch(wide, TestSketch(200, 100, EmptyDrawable{}), 100, 100);
+    vantel::fitSketch(wide, PageSketch(vantel::Size(200, 100, 7)), 100, 100);
     EXPECT_EQ(wide.operations, (Operations{"translate 0.0 25.0", "scale 0.5 0.5"}));
 
     RecordingContext square;
-    vantel::fitSketch(square, TestSketch(100, 100, Stroke{}), 300, 200);
+    vantel::fitSketch(square, PageSketch({100, 100, 7}, Stroke{}), 300, 200);
     EXPECT_EQ(square.operations, (Operations{"translate 50.0 0.0", "scale 2.0 2.0"}));
 }
 

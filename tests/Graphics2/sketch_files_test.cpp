@@ -1,6 +1,7 @@
 #include <Graphics2/Size.hpp>
 #include <Graphics2/SketchFiles.hpp>
 
+#include "RecordingContext.hpp"
 #include "TestSupport.hpp"
 
 #include <gtest/gtest.h>
@@ -15,11 +16,6 @@ using vantel::testing::TemporaryFolder;
 
 namespace {
 
-struct EmptySketch : vantel::Sketch {
-    vantel::Size size() const override { return {}; }
-    vantel::Drawable body() const override { return {}; }
-};
-
 void touch(const fs::path& file) {
     fs::create_directories(file.parent_path());
     std::ofstream(file) << "";
@@ -33,12 +29,12 @@ TEST(SketchFilesTest, Sha1IsTheFipsDigestInLowerCaseHex) {
 }
 
 TEST(SketchFilesTest, HashedFileNameIsTheDateAndAHashOfProcessAndDate) {
-    std::string name = vantel::hashedFileName(EmptySketch(), "yyyy-MM-dd");
+    std::string name = vantel::hashedFileName(vantel::testing::PageSketch(vantel::Size()), "yyyy-MM-dd");
     std::smatch parts;
     ASSERT_TRUE(std::regex_match(name, parts, std::regex(R"((\d{4}-\d{2}-\d{2})-([0-9a-f]{8}))"))) << name;
     std::string date = parts[1];
     EXPECT_EQ(parts[2], vantel::sha1(std::to_string(getpid()) + "-" + date).substr(0, 8));
-    EXPECT_TRUE(std::regex_match(vantel::hashedFileName(EmptySketch(), "'sketch' HH"),
+    EXPECT_TRUE(std::regex_match(vantel::hashedFileName(vantel::testing::PageSketch(vantel::Size()), "'sketch' HH"),
                                  std::regex(R"(sketch \d{2}-[0-9a-f]{8})")));
 }
 

@@ -2,6 +2,7 @@
 
 #include "TestSupport.hpp"
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -16,13 +17,7 @@ namespace {
 Data bytes(std::string_view text) { return Data(text.begin(), text.end()); }
 
 std::filesystem::filesystem_error fileError(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const std::filesystem::filesystem_error& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no file error";
-    return std::filesystem::filesystem_error("", std::error_code());
+    return vantel::testing::thrownBy<std::filesystem::filesystem_error>(body);
 }
 
 std::size_t entryCount(const std::filesystem::path& folder) {

@@ -1,6 +1,7 @@
 #include <Platform/JSON.hpp>
 
 #include <SampleDocument.hpp>
+#include <Thrown.hpp>
 
 #include <gtest/gtest.h>
 
@@ -25,13 +26,7 @@ std::string written(const CodingValue& tree, bool pretty = false, bool sorted = 
 }
 
 DecodingError parseError(std::string_view json) {
-    try {
-        parse(json);
-    } catch (const DecodingError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "parsed: " << json;
-    return DecodingError::dataCorrupted({});
+    return vantel::testing::thrownBy<DecodingError>([&] { return parse(json); });
 }
 
 }  // namespace
@@ -109,13 +104,9 @@ TEST(JSONTest, UnwritableValuesThrowWithTheirPath) {
     for (double bad : {std::nan(""), std::numeric_limits<double>::infinity()}) {
         CodingValue tree = CodingValue::dictionary(
             {{"ratios", CodingValue::array({CodingValue::dictionary({{"weight", CodingValue::real(bad)}})})}});
-        try {
-            written(tree);
-            ADD_FAILURE() << "wrote " << bad;
-        } catch (const EncodingError& error) {
-            EXPECT_EQ(codingPathText(error.codingPath()), "ratios[0].weight");
-            EXPECT_EQ(std::string(error.what()).find("ratios[0].weight: "), 0u);
-        }
+        auto error = vantel::testing::thrownBy<EncodingError>([&] { return written(tree); });
+        EXPECT_EQ(codingPathText(error.codingPath()), "ratios[0].weight");
+        EXPECT_EQ(std::string(error.what()).find("ratios[0].weight: "), 0u);
     }
     EXPECT_THROW(written(CodingValue::string("\xC3")), EncodingError);
     EXPECT_THROW(written(CodingValue::string("\xED\xA0\x80")), EncodingError);  // a surrogate

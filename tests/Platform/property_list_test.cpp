@@ -4,6 +4,7 @@
 #include <SampleDocument.hpp>
 #include <TestSupport.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <random>
@@ -12,6 +13,7 @@
 using namespace vantel;
 using vantel::testing::SampleDocument;
 using vantel::testing::testDataPath;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -83,16 +85,12 @@ Data nestedArraysBinary(std::uint32_t depth) {
 
 // `reason`, when given, must be part of what follows the plain statement.
 void expectCorrupt(const Data& input, const std::string& reason = {}) {
-    try {
-        PropertyListDecoder().parse(input);
-        FAIL() << "parsed";
-    } catch (const DecodingError& error) {
-        EXPECT_EQ(error.kind(), DecodingError::Kind::dataCorrupted);
-        std::string message = error.what();
-        EXPECT_TRUE(message.starts_with("The given data was not a valid property list.")) << message;
-        if (!reason.empty()) {
-            EXPECT_NE(message.find(". " + reason), std::string::npos) << message;
-        }
+    DecodingError error = thrownBy<DecodingError>([&] { return PropertyListDecoder().parse(input); });
+    EXPECT_EQ(error.kind(), DecodingError::Kind::dataCorrupted);
+    std::string message = error.what();
+    EXPECT_TRUE(message.starts_with("The given data was not a valid property list.")) << message;
+    if (!reason.empty()) {
+        EXPECT_NE(message.find(". " + reason), std::string::npos) << message;
     }
 }
 
@@ -154,13 +152,9 @@ TEST(PropertyListTest, BrokenDocumentsGiveTheErrorKindAndTheCodingPath) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.file);
-        try {
-            PropertyListDecoder().decode<SampleDocument>(fixture(c.file));
-            ADD_FAILURE() << "decoded";
-        } catch (const DecodingError& error) {
-            EXPECT_EQ(error.kind(), c.kind);
-            EXPECT_EQ(std::string(error.what()).find(c.message), 0u) << error.what();
-        }
+        auto error = thrownBy<DecodingError>([&] { return PropertyListDecoder().decode<SampleDocument>(fixture(c.file)); });
+        EXPECT_EQ(error.kind(), c.kind);
+        EXPECT_EQ(std::string(error.what()).find(c.message), 0u) << error.what();
     }
 }
 
@@ -226,12 +220,8 @@ TEST(PropertyListTest, EncodedValuesKeepKindsOrderAndNull) {
 TEST(PropertyListTest, StringsWithNULCannotBeWritten) {
     CodingValue tree = CodingValue::dictionary(
         {{"list", CodingValue::array({CodingValue::string(std::string("a\0b", 3))})}});
-    try {
-        PropertyListEncoder().serialize(tree);
-        FAIL() << "written";
-    } catch (const EncodingError& error) {
-        EXPECT_EQ(codingPathText(error.codingPath()), "list[0]");
-    }
+    EXPECT_EQ(codingPathText(thrownBy<EncodingError>([&] { return PropertyListEncoder().serialize(tree); }).codingPath()),
+              "list[0]");
 }
 
 TEST(PropertyListTest, RepeatedKeysKeepTheirFirstPlaceAndLastValue) {

@@ -1,12 +1,14 @@
 #include <Platform/JSON.hpp>
 #include <Platform/UUID.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <set>
 #include <unordered_set>
 
 using namespace vantel;
+using vantel::testing::thrownBy;
 
 TEST(UUIDTest, RandomIdentifiersAreVersionFourAndDistinct) {
     std::unordered_set<UUID> seen;
@@ -52,11 +54,7 @@ TEST(UUIDTest, CodedAsTextAndInvalidTextIsCorrupt) {
         UUID id;
         static Holder decode(const Decoder& decoder) { return {decoder.container().decode<UUID>("id")}; }
     };
-    try {
-        JSONDecoder().decode<Holder>(Data(bad.begin(), bad.end()));
-        FAIL() << "decoded";
-    } catch (const DecodingError& error) {
-        EXPECT_EQ(error.kind(), DecodingError::Kind::dataCorrupted);
-        EXPECT_STREQ(error.what(), "id: Attempted to decode UUID from invalid UUID string.");
-    }
+    auto error = thrownBy<DecodingError>([&] { return JSONDecoder().decode<Holder>(Data(bad.begin(), bad.end())); });
+    EXPECT_EQ(error.kind(), DecodingError::Kind::dataCorrupted);
+    EXPECT_STREQ(error.what(), "id: Attempted to decode UUID from invalid UUID string.");
 }

@@ -6,6 +6,7 @@
 #include <Platform/FileIO.hpp>
 #include <Platform/PropertyList.hpp>
 #include <RecordingContext.hpp>
+#include <Thrown.hpp>
 #include <TestSupport.hpp>
 
 #include <gtest/gtest.h>
@@ -22,6 +23,7 @@
 using namespace vantel;
 using vantel::testing::RecordingContext;
 using vantel::testing::TemporaryFolder;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -57,14 +59,8 @@ void request(const std::filesystem::path& file, Outcome& outcome) {
 
 template <class Error>
 Error caught(std::exception_ptr error) {
-    try {
-        std::rethrow_exception(error);
-    } catch (const Error& thrown) {
-        return thrown;
-    } catch (const std::exception& other) {
-        ADD_FAILURE() << "unexpected error: " << other.what();
-    }
-    throw std::logic_error("no error of the expected type");
+    EXPECT_NE(error, nullptr);
+    return thrownBy<Error>([&] { if (error) std::rethrow_exception(error); });
 }
 
 }  // namespace
@@ -115,12 +111,7 @@ TEST(PreviewProviderTest, ReadAndDecodingErrorsReachTheHandlerUnchangedWithNoRep
     for (const char* bytes : {"not a property list", "<plist><dict><key>ratios</key><array/></dict></plist>"}) {
         Data data(bytes, bytes + std::strlen(bytes));
         writeData(data, folder / "bad.aspectratio");
-        DecodingError expected = DecodingError::dataCorrupted({});
-        try {
-            PropertyListDecoder().decode<OverlayGen>(data);
-        } catch (const DecodingError& error) {
-            expected = error;
-        }
+        auto expected = thrownBy<DecodingError>([&] { return PropertyListDecoder().decode<OverlayGen>(data); });
         Outcome bad;
         request(folder / "bad.aspectratio", bad);
         EXPECT_EQ(bad.calls, 1);

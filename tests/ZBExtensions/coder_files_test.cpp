@@ -3,12 +3,14 @@
 #include <SampleDocument.hpp>
 #include <TestSupport.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 using namespace vantel;
 using vantel::testing::SampleDocument;
 using vantel::testing::TemporaryFolder;
 using vantel::testing::testDataPath;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -32,12 +34,9 @@ TEST(CoderFilesTest, ReadAndDecodingErrorsPassThroughUnchanged) {
                  std::filesystem::filesystem_error);
     std::vector<URL> urls = {fixture("document-xml.plist"), fixture("missing-weight-xml.plist"),
                              fixture("absent.plist")};
-    try {
-        decode<SampleDocument>(PropertyListDecoder(), urls);
-        FAIL() << "decoded";
-    } catch (const DecodingError& error) {  // the first failure, not the missing file after it
-        EXPECT_EQ(error.kind(), DecodingError::Kind::keyNotFound);
-    }
+    // The first failure, not the missing file after it.
+    EXPECT_EQ(thrownBy<DecodingError>([&] { return decode<SampleDocument>(PropertyListDecoder(), urls); }).kind(),
+              DecodingError::Kind::keyNotFound);
 }
 
 TEST(CoderFilesTest, WritesWithTheEncodersSettingsIntoExistingFolders) {

@@ -3,6 +3,7 @@
 #include <Platform/FileIO.hpp>
 
 #include <TestSupport.hpp>
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -28,14 +29,9 @@ protected:
 };
 
 Reason reasonOf(const std::function<void()>& download) {
-    try {
-        download();
-    } catch (const DownloadError& error) {
-        EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << "one line: " << error.what();
-        return error.reason;
-    }
-    ADD_FAILURE() << "the download did not fail";
-    return Reason::other;
+    DownloadError error = testing::thrownBy<DownloadError>(download);
+    EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << "one line: " << error.what();
+    return error.reason;
 }
 
 TEST_F(DownloadTest, ServedFilesArriveInATemporaryFileThatGoesWithTheHandle) {

@@ -1,5 +1,6 @@
 #include <ZBExtensions/Process.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -7,6 +8,7 @@
 #include <unistd.h>
 
 using namespace vantel;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -27,22 +29,14 @@ TEST(ProcessTest, OutputOfASuccessfulRun) {
 }
 
 TEST(ProcessTest, FailuresCarryBothStreamsAndSayHowTheChildEnded) {
-    try {
-        run(shell("printf out; printf bad >&2; exit 3"), false);
-        FAIL() << "no error for exit 3";
-    } catch (const ProcessError& error) {
-        EXPECT_EQ(error.task->terminationStatus(), 3);
-        EXPECT_EQ(error.stdOutString, "out");
-        EXPECT_EQ(error.failureReason(), "bad");
-        EXPECT_EQ(error.localizedDescription(), "exited normally");
-    }
-    try {
-        run(shell("kill -9 $$"), false);
-        FAIL() << "no error for a killed child";
-    } catch (const ProcessError& error) {
-        EXPECT_EQ(error.localizedDescription(), "exited with uncaught signal: 9");
-        EXPECT_EQ(error.failureReason(), "");
-    }
+    auto exited = thrownBy<ProcessError>([] { return run(shell("printf out; printf bad >&2; exit 3"), false); });
+    EXPECT_EQ(exited.task->terminationStatus(), 3);
+    EXPECT_EQ(exited.stdOutString, "out");
+    EXPECT_EQ(exited.failureReason(), "bad");
+    EXPECT_EQ(exited.localizedDescription(), "exited normally");
+    auto killed = thrownBy<ProcessError>([] { return run(shell("kill -9 $$"), false); });
+    EXPECT_EQ(killed.localizedDescription(), "exited with uncaught signal: 9");
+    EXPECT_EQ(killed.failureReason(), "");
     EXPECT_THROW(run(shell("true"), URL::fileURL("/nonexistent/folder", true), false), std::system_error);
 }
 

@@ -1,6 +1,7 @@
 #include <ZBExtensions/RegularExpressionMatching.hpp>
 #include <ZBExtensions/Strings.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <limits>
 
 using namespace vantel;
+using vantel::testing::thrownBy;
 
 TEST(StringsTest, CamelCapsSplitsBeforeCapitalsButKeepsRunsOfThem) {
     EXPECT_EQ(camelCaps(""), "");
@@ -111,14 +113,11 @@ TEST(StringsTest, BatchReplacementPairsInputsWithReplacements) {
               (std::vector<std::string>{"<a><x>a", "A-y"}));
     EXPECT_EQ(batchReplacingOccurrences(inputs, "a", {"_", "_"}, CompareOptions::none, RegularExpression::Range{1, 4}),
               (std::vector<std::string>{"a-x-_", "A-y"}));
-    try {
-        batchReplacingOccurrences(std::array<std::string_view, 3>{"a", "b", "c"}, "a", {"1", "2"});
-        FAIL() << "three inputs with two replacements did not throw";
-    } catch (const StringReplacementError& error) {
-        EXPECT_STREQ(error.what(), "More input strings (3) given than replacement strings (2).");
-        EXPECT_EQ(error.elementCount, 3);
-        EXPECT_EQ(error.replacementCount, 2);
-    }
+    auto error = thrownBy<StringReplacementError>(
+        [] { return batchReplacingOccurrences(std::array<std::string_view, 3>{"a", "b", "c"}, "a", {"1", "2"}); });
+    EXPECT_STREQ(error.what(), "More input strings (3) given than replacement strings (2).");
+    EXPECT_EQ(error.elementCount, 3);
+    EXPECT_EQ(error.replacementCount, 2);
 }
 
 TEST(RegularExpressionMatchingTest, GroupsByNumberAndName) {

@@ -8,11 +8,13 @@
 #include <TestSupport.hpp>
 #include <ZBExtensions/Process.hpp>
 
+#include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
 using namespace vantel;
+using vantel::testing::thrownBy;
 
 namespace {
 
@@ -86,12 +88,8 @@ TEST(InfoJSONTest, SnappedRectanglesAreWhereTheOutlinesAreDrawn) {
 }
 
 TEST(InfoJSONTest, BadDocumentsFailThroughTheRunner) {
-    try {
-        runVantel({"info", "--json", "/nonexistent.aspectratio"});
-        FAIL() << "no error";
-    } catch (const ProcessError& error) {
-        EXPECT_EQ(error.task->terminationStatus(), 3);
-        EXPECT_EQ(error.stdOut, Data{});
-        EXPECT_EQ(error.failureReason(), "/nonexistent.aspectratio: cannot read: No such file or directory\n");
-    }
+    auto error = thrownBy<ProcessError>([] { return runVantel({"info", "--json", "/nonexistent.aspectratio"}); });
+    EXPECT_EQ(error.task->terminationStatus(), 3);
+    EXPECT_EQ(error.stdOut, Data{});
+    EXPECT_EQ(error.failureReason(), "/nonexistent.aspectratio: cannot read: No such file or directory\n");
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <Graphics2/CGContext.hpp>
+#include <Graphics2/Size.hpp>
+#include <Graphics2/Sketch.hpp>
 #include <Platform/NumberText.hpp>
 
 #include <string>
@@ -36,6 +38,22 @@ private:
         for (double v : values) line += " " + numberText(v);
         operations.push_back(line);
     }
+};
+
+// What the raster drawing of `drawable` does, one line per operation.
+inline std::vector<std::string> rasterOperations(const Drawable& drawable) {
+    RecordingContext context;
+    drawable.draw(context);
+    return context.operations;
+}
+
+// Any page size with any body, for code that takes a sketch.
+struct PageSketch : Sketch {
+    Size page;
+    Drawable content;
+    explicit PageSketch(Size page, Drawable content = {}) : page(page), content(std::move(content)) {}
+    Size size() const override { return page; }
+    Drawable body() const override { return content; }
 };
 
 }  // namespace vantel::testing
