@@ -234,12 +234,15 @@ TEST(ImageEncodingTest, AnEmptyViewIsAZeroDimensionError) {
 // joined into one stream: rows of noise (long compressed runs) and flat rows
 // (matches reaching back into the segment before) must both survive the
 // joins, and the one checksum must cover every segment.
+// Segments on several threads, each mixing rows that repeat the row above
+// (run-length matched) with rows that do not, in runs that start and end
+// inside strips and across segment edges.
 TEST(ImageEncodingTest, PNGOfALargePictureInSegmentsReadsBackExactly) {
     Picture picture(1100, 700);
     Noise noise{99};
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x)
-            picture.set(x, y, (y / 50) % 3 == 0 ? noise.opaquePixel() : opaque(x % 256, y % 256, 40));
+            picture.set(x, y, (y / 50) % 3 == 0 ? noise.opaquePixel() : opaque(x % 256, (y / 7) % 256, 40));
     picture.fill(100, 300, 900, 420, halfRed);
     expectEveryPixel(readers::readPNG(encodePNG(picture.view())), opaqueOrHalfRed(picture));
 }
