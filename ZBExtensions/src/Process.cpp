@@ -149,13 +149,14 @@ namespace {
 using DataObserver = std::function<void(const std::shared_ptr<FileHandle>&, const Data&)>;
 
 // The process-wide observers of "data available" on watched handles. They are
-// never removed, so the list lives as long as the process.
+// never removed, and the detached readers below may post to them while the
+// process exits, so the centre is never destroyed.
 struct DataAvailableCentre {
     std::mutex mutex;
     std::vector<DataObserver> observers;
 
     static DataAvailableCentre& shared() {
-        static DataAvailableCentre centre;
+        static DataAvailableCentre& centre = *new DataAvailableCentre;
         return centre;
     }
     void add(DataObserver observer) {
@@ -172,23 +173,37 @@ struct DataAvailableCentre {
     }
 };
 
+// The handles with a reader at work. The readers are detached and may still
+// be reading when the process exits, so what they touch is never destroyed.
+struct WaitingHandles {
+    std::mutex mutex;
+    std::vector<const FileHandle*> handles;
+
+    static WaitingHandles& shared() {
+        static WaitingHandles& waiting = *new WaitingHandles;
+        return waiting;
+    }
+    // False when the handle already has a reader.
+    bool add(const FileHandle* handle) {
+        std::lock_guard lock(mutex);
+        if (std::find(handles.begin(), handles.end(), handle) != handles.end()) return false;
+        handles.push_back(handle);
+        return true;
+    }
+    void remove(const FileHandle* handle) {
+        std::lock_guard lock(mutex);
+        std::erase(handles, handle);
+    }
+};
+
 // One background reader per handle at a time: it reads the next chunk and
 // posts it; the observers arm it again for the one after. At the end of
 // the data it posts nothing and stops.
 void waitForDataInBackgroundAndNotify(const std::shared_ptr<FileHandle>& handle) {
-    static std::mutex mutex;
-    static std::vector<const FileHandle*> waiting;
-    {
-        std::lock_guard lock(mutex);
-        if (std::find(waiting.begin(), waiting.end(), handle.get()) != waiting.end()) return;
-        waiting.push_back(handle.get());
-    }
+    if (!WaitingHandles::shared().add(handle.get())) return;
     std::thread([handle] {
         Data chunk = readChunk(handle->descriptor(), 1 << 16);
-        {
-            std::lock_guard lock(mutex);
-            std::erase(waiting, handle.get());
-        }
+        WaitingHandles::shared().remove(handle.get());
         if (!chunk.empty()) DataAvailableCentre::shared().post(handle, chunk);
     }).detach();
 }
