@@ -64,7 +64,7 @@ public:
         }
         bool widthUsable = checkRatioSide(path + ".width", guide.width);
         bool heightUsable = checkRatioSide(path + ".height", guide.height);
-        bool sidesUsable = widthUsable && heightUsable;
+        bool sidesUsable = widthUsable && heightUsable && checkRatio(path, guide);
         bool weightUsable = checkLength(path + ".weight", guide.weight, "weight");
         checkColor(path + ".color", guide.color);
         checkColor(path + ".fillColor", guide.fillColor);
@@ -123,6 +123,16 @@ private:
             return false;
         }
         return true;
+    }
+
+    // Sides far apart in size give a ratio of 0 or infinity, which lays out to
+    // a guide with no width or height, or with a NaN side inside it.
+    bool checkRatio(const std::string& path, const AspectRatio& guide) {
+        const double ratio = guide.ratio();
+        if (ratio > 0 && std::isfinite(ratio)) return true;
+        report(path, "a guide of " + numberText(guide.width) + " by " + numberText(guide.height) +
+                         " has no usable ratio (width / height is " + numberText(ratio) + ")");
+        return false;
     }
 
     // Lines are counted by the layout's own gridLineCount, so the limits hold

@@ -233,6 +233,9 @@ case("ratio-negative", replaced("ratios", 0, "width", -16.0),
      r"ratios\[0\]\.width: a guide needs a positive ratio side, not -16\.0")
 case("ratio-huge", replaced("ratios", 0, "width", 1e300),
      r"ratios\[0\]\.width: 1e\+300 is larger than the limit of 1000000000000000\.0")
+# Sides in range whose ratio overflows: the guide would have no height.
+case("ratio-overflow", replaced("ratios", 0, "height", 5e-324),
+     r"ratios\[0\]: a guide of 16\.0 by 5e-324 has no usable ratio \(width / height is inf\)", fmt=BINARY)
 case("divisor-too-many-lines", replaced("ratios", 0, "rowType", {"divisor": {"_0": 2**62}}),
      r"ratios\[0\]\.rowType: divisor 4611686018427387904 on a side of [0-9.]+ px would draw more than "
      r"100000 grid lines")
@@ -249,12 +252,14 @@ case("divisors-zero-and-negative-on-zero-side",
      one_guide(width=1.0, height=1.0, weight=160.0, rowType={"divisor": {"_0": 0}},
                columnType={"divisor": {"_0": -3}}),
      r"ratios\[0\]\.columnType: divisor -3 on a side of 0\.0 px would give a zero grid step")
-# Ratios whose quotient underflows to 0 leave a parent of width 0, and a child
-# fitted into it a height of 0 / 0.
-case("ratio-underflow-nan-side",
+# Ratios whose quotient underflows to 0 would leave a parent of width 0, and
+# a child fitted into it a height of 0 / 0.
+case("ratio-underflow",
      one_guide(width=5e-324, height=1e15, weight=0.0,
                children=[guide(2, 5e-324, 1e15, weight=0.0, rowType={"pixels": {"_0": 3}})]),
-     r"ratios\[0\]\.children\[0\]\.rowType: a grid on a side of nan px cannot be drawn", fmt=BINARY)
+     r"ratios\[0\]: a guide of 5e-324 by 1000000000000000\.0 has no usable ratio \(width / height is 0\.0\)",
+     r"ratios\[0\]\.children\[0\]: a guide of 5e-324 by 1000000000000000\.0 has no usable ratio \(width / height is 0\.0\)",
+     fmt=BINARY)
 case("nested-65-deep", nested(65),
      r"ratios\[0\](\.children\[0\]){64}: guides nested deeper than 64 levels cannot be drawn", fmt=BINARY)
 
