@@ -148,28 +148,41 @@ namespace {
 
 using DataObserver = std::function<void(const std::shared_ptr<FileHandle>&, const Data&)>;
 
+// Each call reaches the observer itself, with whatever state it keeps, not a
+// copy; an observer re-arms its handle's reader while it runs, so the calls
+// to one observer are taken one at a time.
+struct SerialObserver {
+    std::mutex calling;
+    DataObserver observer;
+};
+
 // The process-wide observers of "data available" on watched handles. They are
 // never removed, and the detached readers below may post to them while the
 // process exits, so the centre is never destroyed.
 struct DataAvailableCentre {
     std::mutex mutex;
-    std::vector<DataObserver> observers;
+    std::vector<std::shared_ptr<SerialObserver>> observers;
 
     static DataAvailableCentre& shared() {
         static DataAvailableCentre& centre = *new DataAvailableCentre;
         return centre;
     }
     void add(DataObserver observer) {
+        auto serial = std::make_shared<SerialObserver>();
+        serial->observer = std::move(observer);
         std::lock_guard lock(mutex);
-        observers.push_back(std::move(observer));
+        observers.push_back(std::move(serial));
     }
     void post(const std::shared_ptr<FileHandle>& handle, const Data& chunk) {
-        std::vector<DataObserver> current;
+        std::vector<std::shared_ptr<SerialObserver>> current;
         {
             std::lock_guard lock(mutex);
             current = observers;
         }
-        for (const DataObserver& observer : current) observer(handle, chunk);
+        for (const auto& serial : current) {
+            std::lock_guard lock(serial->calling);
+            serial->observer(handle, chunk);
+        }
     }
 };
 

@@ -71,17 +71,24 @@ TEST(ProcessTest, TerminalTitlesFromAWatchedHandle) {
     // character outside the basic plane in front, the last unit is not searched.
     EXPECT_EQ(terminalTitle("\xF0\x9F\x98\x80\033]0;x\007"), std::nullopt);
 
+    // The handler keeps its own count across chunks, so each call must reach
+    // the handler itself, not a fresh copy of it.
     Pipe pipe;
-    std::promise<std::string> first;
-    auto found = first.get_future();
-    readTitle(pipe.fileHandleForReading, [&first, called = false](const std::string& title) mutable {
-        if (!called) first.set_value(title);
-        called = true;
+    std::promise<std::string> first, second;
+    auto firstFound = first.get_future(), secondFound = second.get_future();
+    readTitle(pipe.fileHandleForReading, [&first, &second, calls = 0](const std::string& title) mutable {
+        if (++calls == 1) first.set_value(title);
+        else if (calls == 2) second.set_value(title);
     });
-    std::string chunk = "compiling\n\033]0;build\007done";
-    ASSERT_EQ(write(pipe.fileHandleForWriting->descriptor(), chunk.data(), chunk.size()),
-              static_cast<ssize_t>(chunk.size()));
-    ASSERT_EQ(found.wait_for(std::chrono::seconds(5)), std::future_status::ready);
-    EXPECT_EQ(found.get(), "build");
+    auto send = [&pipe](const std::string& chunk) {
+        ASSERT_EQ(write(pipe.fileHandleForWriting->descriptor(), chunk.data(), chunk.size()),
+                  static_cast<ssize_t>(chunk.size()));
+    };
+    send("compiling\n\033]0;build\007done");
+    ASSERT_EQ(firstFound.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    EXPECT_EQ(firstFound.get(), "build");
+    send("\033]0;link\007");
+    ASSERT_EQ(secondFound.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    EXPECT_EQ(secondFound.get(), "link");
     pipe.fileHandleForWriting->close();  // ends the background reader
 }
