@@ -36,22 +36,26 @@ bool isValidUTF8(std::string_view bytes) {
     return true;
 }
 
-std::string_view trimmingWhiteSpaceAndNewlines(std::string_view utf8) {
+std::string_view trimmingCodePoints(std::string_view utf8, bool (*trimmed)(char32_t)) {
     std::size_t start = 0;
     while (start < utf8.size()) {
         DecodedCodePoint next = decodeCodePoint(utf8, start);
-        if (!isWhiteSpaceOrNewline(next.value)) break;
+        if (!trimmed(next.value)) break;
         start += next.length;
     }
     // Scan forwards so that malformed bytes are read the same way from both
-    // ends; remember where the last non-space character ended.
+    // ends; remember where the last kept character ended.
     std::size_t end = start;
     for (std::size_t at = start; at < utf8.size();) {
         DecodedCodePoint next = decodeCodePoint(utf8, at);
         at += next.length;
-        if (!isWhiteSpaceOrNewline(next.value)) end = at;
+        if (!trimmed(next.value)) end = at;
     }
     return utf8.substr(start, end - start);
+}
+
+std::string_view trimmingWhiteSpaceAndNewlines(std::string_view utf8) {
+    return trimmingCodePoints(utf8, isWhiteSpaceOrNewline);
 }
 
 std::size_t graphemeCount(std::string_view utf8) { return graphemeClusters(utf8).size(); }

@@ -40,21 +40,7 @@ std::string minified(std::string_view text) {
     return result;
 }
 
-std::string_view trimmingWhiteSpace(std::string_view text) {
-    std::size_t start = 0;
-    while (start < text.size()) {
-        DecodedCodePoint next = decodeCodePoint(text, start);
-        if (!isSpaceOrTab(next.value)) break;
-        start += next.length;
-    }
-    std::size_t end = start;
-    for (std::size_t at = start; at < text.size();) {
-        DecodedCodePoint next = decodeCodePoint(text, at);
-        at += next.length;
-        if (!isSpaceOrTab(next.value)) end = at;
-    }
-    return text.substr(start, end - start);
-}
+std::string_view trimmingWhiteSpace(std::string_view text) { return trimmingCodePoints(text, isSpaceOrTab); }
 
 std::optional<std::string> substring(std::string_view text, std::string_view pattern) {
     std::optional<RegularExpression> expression = RegularExpression::compile(pattern);

@@ -13,6 +13,9 @@ namespace vantel {
 // separators, NEL, ...).
 bool isWhiteSpaceOrNewline(char32_t codePoint);
 
+// The text without the leading and trailing code points `trimmed` accepts.
+std::string_view trimmingCodePoints(std::string_view utf8, bool (*trimmed)(char32_t));
+
 // The text without leading and trailing white space and line breaks.
 std::string_view trimmingWhiteSpaceAndNewlines(std::string_view utf8);
 
