@@ -1,17 +1,15 @@
 #include <ZBExtensions/Process.hpp>
 
+#include <Platform/FileIO.hpp>
+
+#include <TestSupport.hpp>
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
-#include <TestSupport.hpp>
-
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <future>
-#include <sstream>
 #include <unistd.h>
-#include <utility>
 
 using namespace vantel;
 using vantel::testing::thrownBy;
@@ -65,9 +63,8 @@ TEST(ProcessDeathTest, VerboseLinesReachTheOutputBeforeAFatalStop) {
             run(std::make_shared<Task>(), std::nullopt, true);
         },
         "without a launch path");
-    std::stringstream lines;
-    lines << std::ifstream(captured).rdbuf();
-    EXPECT_EQ(lines.str(), "Working path not set\n");
+    Data written = readData(std::filesystem::path(captured));
+    EXPECT_EQ(std::string(written.begin(), written.end()), "Working path not set\n");
 }
 
 TEST(ProcessTest, VerboseLinesAndTheWorkingDirectory) {
