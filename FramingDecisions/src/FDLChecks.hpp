@@ -6,9 +6,14 @@
 
 #include <Platform/CodingValue.hpp>
 
+#include <string>
 #include <vector>
 
 namespace vantel::detail {
+
+// A value in quotes for a message; a long one is cut short, so that one bad
+// value cannot make a line of megabytes.
+std::string quoted(const std::string& value);
 
 // Whether the version is one read strictly (2.0); others are read leniently.
 bool isStrictVersion(const FDLVersion& version);

@@ -19,8 +19,6 @@ std::string item(const std::string& path, std::size_t index) {
     return path + "[" + std::to_string(index) + "]";
 }
 
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
-
 class ReferenceChecker {
 public:
     ReferenceChecker(const FramingDecisionList& list, std::vector<FDLProblem>& problems)
@@ -28,10 +26,12 @@ public:
 
     void check() {
         for (std::size_t i = 0; i < list_.framingIntents.size(); ++i) {
-            unique(intentIDs_, list_.framingIntents[i].id, item("framing_intents", i) + ".id", "framing intent");
+            const FramingIntent& intent = list_.framingIntents[i];
+            unique(intentIDs_, intent.id, item("framing_intents", i) + ".id", "framing intent");
+            intents_.emplace(intent.id, &intent);  // the first of a duplicated id, as FramingDecisionList::intent
         }
         if (list_.defaultFramingIntent && !list_.defaultFramingIntent->empty() &&
-            !list_.intent(*list_.defaultFramingIntent)) {
+            !intents_.contains(*list_.defaultFramingIntent)) {
             error("default_framing_intent", "names no framing intent: " + quoted(*list_.defaultFramingIntent));
         }
         collectCanvasIDs();
@@ -85,7 +85,8 @@ private:
         if (!decision.id.empty() && decision.id != expected) {
             error(path + ".id", quoted(decision.id) + " should be " + quoted(expected) + " (<canvas id>-<intent id>)");
         }
-        const FramingIntent* intent = list_.intent(decision.framingIntentID);
+        auto found = intents_.find(decision.framingIntentID);
+        const FramingIntent* intent = found == intents_.end() ? nullptr : found->second;
         if (!intent && !decision.framingIntentID.empty()) {
             error(path + ".framing_intent_id", "names no framing intent: " + quoted(decision.framingIntentID));
         }
@@ -141,9 +142,18 @@ private:
     const FramingDecisionList& list_;
     std::vector<FDLProblem>& problems_;
     std::set<std::string> intentIDs_, canvasIDs_, decisionIDs_;
+    std::map<std::string, const FramingIntent*> intents_;  // a list can hold thousands
 };
 
 }  // namespace
+
+std::string quoted(const std::string& value) {
+    constexpr std::size_t longest = 40;
+    if (value.size() <= longest) return "\"" + value + "\"";
+    std::size_t cut = longest;
+    while (cut > 0 && (static_cast<unsigned char>(value[cut]) & 0xC0) == 0x80) --cut;  // not inside a character
+    return "\"" + value.substr(0, cut) + "...\"";
+}
 
 void checkReferences(const FramingDecisionList& list, std::vector<FDLProblem>& problems) {
     ReferenceChecker(list, problems).check();

@@ -73,9 +73,10 @@ private:
             bool isKnown = false;
             for (std::string_view name : known) isKnown = isKnown || key == name;
             if (isKnown) continue;
-            std::string message = "unknown property \"" + key + "\" (a property of one's own starts with \"_\")";
-            if (strict_) error(member(path, key), message);
-            else warning(member(path, key), message);
+            std::string message = "unknown property (a property of one's own starts with \"_\")";
+            std::string where = member(path, key.size() > 40 ? quoted(key) : key);
+            if (strict_) error(where, message);
+            else warning(where, message);
         }
     }
 
@@ -97,8 +98,9 @@ private:
     void id(const CodingValue& object, const std::string& path, std::string_view key, bool needed) {
         static const std::regex form("[A-Za-z0-9_]{1,32}");
         const CodingValue* value = string(object, path, key, needed);
-        if (value && !std::regex_match(value->asString(), form)) {
-            error(member(path, key), "\"" + value->asString() + "\" is not an id: 1 to 32 letters, digits or _");
+        // Lengths first: the regular expression engine recurses per character.
+        if (value && (value->asString().size() > 32 || !std::regex_match(value->asString(), form))) {
+            error(member(path, key), quoted(value->asString()) + " is not an id: 1 to 32 letters, digits or _");
         }
     }
 
@@ -108,15 +110,15 @@ private:
         if (!value) return;
         const std::string& text = value->asString();
         if (text.size() < 3 || text.size() > 65 || !std::regex_match(text, form)) {
-            error(member(path, "id"), "\"" + text + "\" is not a framing decision id: <canvas id>-<intent id>");
+            error(member(path, "id"), quoted(text) + " is not a framing decision id: <canvas id>-<intent id>");
         }
     }
 
     void uuid(const CodingValue& root) {
         static const std::regex form("[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}");
         const CodingValue* value = string(root, "", "uuid", true);
-        if (value && !std::regex_match(value->asString(), form)) {
-            error("uuid", "\"" + value->asString() + "\" is not a UUID (8-4-4-4-12 hexadecimal digits)");
+        if (value && (value->asString().size() != 36 || !std::regex_match(value->asString(), form))) {
+            error("uuid", quoted(value->asString()) + " is not a UUID (8-4-4-4-12 hexadecimal digits)");
         }
     }
 
@@ -206,7 +208,7 @@ private:
         }
         std::string list;
         for (std::string_view name : allowed) list += (list.empty() ? "" : ", ") + std::string(name);
-        error(member(path, key), "\"" + value->asString() + "\" is not one of " + list);
+        error(member(path, key), quoted(value->asString()) + " is not one of " + list);
     }
 
     template <typename Check>
@@ -229,7 +231,11 @@ private:
         string(value, path, "label", false);
         id(value, path, "id", true);
         dimensions(value, path, "aspect_ratio", true, true);
-        number(value, path, "protection", false, Minimum::zero);
+        // A share of the canvas: all of it would leave nothing to frame.
+        const CodingValue* protection = value.find("protection");
+        if (number(value, path, "protection", false, Minimum::zero) && numberValue(*protection) >= 1) {
+            error(member(path, "protection"), "must be below 1 (a share of the canvas)");
+        }
     }
 
     void context(const CodingValue& value, const std::string& path) {

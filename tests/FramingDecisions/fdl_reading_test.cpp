@@ -86,6 +86,7 @@ TEST(FDLReadingTest, BrokenCopiesAreRefusedWithTheirPath) {
                                                          "\"min\": 0, \"max\": 9}}, \"label\": \"ARRI"),
                         error, "contexts[0].clip_id"));
     EXPECT_TRUE(reports(readChanged("\"fdl_creator\"", "\"colour\": 1, \"fdl_creator\""), error, "colour"));
+    EXPECT_TRUE(reports(readChanged("0.10012919896599999", "1"), error, "framing_intents[0].protection"));
 }
 
 TEST(FDLReadingTest, OldVersionsAndUserPropertiesAreReadLeniently) {
