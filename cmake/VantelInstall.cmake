@@ -4,7 +4,7 @@
 # too because the static archives need them at link time.
 include(CMakePackageConfigHelpers)
 
-set(VANTEL_SDK_MODULES Platform ZBExtensions Graphics2 CoreGraphicsRendering OverlayGenerator VantelPreview)
+set(VANTEL_SDK_MODULES Platform ZBExtensions Graphics2 CoreGraphicsRendering OverlayGenerator FramingDecisions VantelPreview)
 set(VANTEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Vantel)
 
 foreach(module ${VANTEL_SDK_MODULES})

@@ -51,5 +51,9 @@ _vantel() {
 
     # Inputs: overlay documents and folders to find them in.
     COMPREPLY=($(compgen -d -- "$cur") $(compgen -f -X '!*.aspectratio' -- "$cur"))
+    # info and validate also read framing decision lists.
+    if [[ $command == info || $command == validate ]]; then
+        COMPREPLY+=($(compgen -f -X '!*.fdl' -- "$cur"))
+    fi
 }
 complete -o filenames -F _vantel vantel

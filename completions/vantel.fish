@@ -14,6 +14,7 @@ complete -c vantel -s h -l help -d 'Print help'
 
 # Inputs: overlay documents.
 complete -c vantel -n "__fish_seen_subcommand_from render thumbnail info validate" -k -a "(__fish_complete_suffix .aspectratio)"
+complete -c vantel -n "__fish_seen_subcommand_from info validate" -k -a "(__fish_complete_suffix .fdl)"
 
 complete -c vantel -n "__fish_seen_subcommand_from render" -s o -l output -r -F -d 'The output file, for one document'
 complete -c vantel -n "__fish_seen_subcommand_from render" -l out-dir -r -a "(__fish_complete_directories)" -d 'The folder to write outputs into'

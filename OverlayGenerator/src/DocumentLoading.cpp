@@ -87,30 +87,43 @@ public:
     }
 };
 
-LoadedDocument loadDocument(const DocumentSource& source, bool check) {
-    Data bytes;
+LoadedBytes loadDocumentBytes(const DocumentSource& source) {
+    LoadedBytes loaded;
+    auto fail = [&](DocumentFailure failure, std::string problem, std::exception_ptr error) {
+        loaded.bytes.clear();
+        loaded.failure = failure;
+        loaded.problems = {{"", std::move(problem)}};
+        loaded.error = std::move(error);
+        return std::move(loaded);
+    };
     try {
-        bytes = DocumentReader::read(source);
+        loaded.bytes = DocumentReader::read(source);
     } catch (const std::filesystem::filesystem_error& error) {
-        return failed(DocumentFailure::unreadable, {{"", readReason(error)}}, std::current_exception());
+        return fail(DocumentFailure::unreadable, readReason(error), std::current_exception());
     } catch (const DownloadError& error) {
         if (error.reason == DownloadError::Reason::tooLarge) {
-            return failed(DocumentFailure::tooLarge,
-                          {{"", "cannot download: larger than the limit of " + limitText() +
-                                    " for an overlay document; the transfer was stopped"}},
-                          std::current_exception());
+            return fail(DocumentFailure::tooLarge,
+                        "cannot download: larger than the limit of " + limitText() +
+                            " for an overlay document; the transfer was stopped",
+                        std::current_exception());
         }
-        return failed(DocumentFailure::unreadable, {{"", std::string("cannot download: ") + error.what()}},
-                      std::current_exception());
+        return fail(DocumentFailure::unreadable, std::string("cannot download: ") + error.what(),
+                    std::current_exception());
     }
-    if (bytes.size() > maximumDocumentBytes) {
+    if (loaded.bytes.size() > maximumDocumentBytes) {
         std::string limit = limitText();
         auto error = std::filesystem::filesystem_error("larger than the limit of " + limit + " for a document",
                                                        source.name(), std::make_error_code(std::errc::file_too_large));
-        return failed(DocumentFailure::tooLarge,
-                      {{"", "the file is larger than the limit of " + limit + " for an overlay document"}},
-                      std::make_exception_ptr(error));
+        return fail(DocumentFailure::tooLarge, "the file is larger than the limit of " + limit + " for an overlay document",
+                    std::make_exception_ptr(error));
     }
+    return loaded;
+}
+
+LoadedDocument loadDocument(const DocumentSource& source, bool check) {
+    LoadedBytes read = loadDocumentBytes(source);
+    if (!read.ok()) return failed(read.failure, std::move(read.problems), std::move(read.error));
+    const Data& bytes = read.bytes;
     std::shared_ptr<OverlayGen> document;
     try {
         document = std::make_shared<OverlayGen>(PropertyListDecoder().decode<OverlayGen>(bytes));

@@ -3,6 +3,7 @@
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
+#include "FDLCommands.hpp"
 
 #include <Platform/JSON.hpp>
 #include <Platform/NumberText.hpp>
@@ -213,8 +214,10 @@ ColorWriting colorWriting(const std::string& colors) {
 ExitCode runInfo(const InfoOptions& options) {
     const std::string& file = options.file;
     const ColorWriting colorText = colorWriting(options.colors);
-    DocumentSource source = documentSource(file);
-    CommandDocument loaded = readDocument(source);
+    CommandInput input = readCommandInput(file);
+    if (input.framingDecisionList) return describeFramingDecisionList(input, options.json);
+    const DocumentSource& source = input.source;
+    CommandDocument loaded = input.unreadable ? std::move(*input.unreadable) : readDocument(source);
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
@@ -235,6 +238,9 @@ const char* const infoFooter =
     "rectangle on the canvas, exact (\"rect\") and rounded to whole pixels "
     "(\"pixels\"), and its children. With --colors each colour is written in "
     "that form (in JSON, as each colour's \"text\").\n"
+    "An ASC framing decision list (.fdl) is described by its contexts, canvases "
+    "and framing decisions, each area as the file holds it and in whole pixels, "
+    "with the aspect once the squeeze is undone.\n"
     "Exit codes: 0 shown, 1 the document is bad, 2 bad usage, 3 FILE could not be read.";
 
 CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
@@ -242,7 +248,7 @@ CommandRegistration registration(30, [](CLI::App& app, ExitCode& result) {
     CLI::App* sub = app.add_subcommand("info", "Describe an overlay document");
     setUsageForms(sub, {"vantel info [--json] [--colors FORM] FILE"});
     sub->footer(infoFooter);
-    sub->add_option("FILE", options->file, "an overlay document (.aspectratio file or http(s) URL), or - for standard input")
+    sub->add_option("FILE", options->file, "an overlay document (.aspectratio file or http(s) URL) or an ASC framing decision list (.fdl), or - for standard input")
         ->required()
         ->option_text("FILE")
         ->group("Input");

@@ -81,6 +81,20 @@ struct LoadedDocument {
     bool ok() const { return document != nullptr; }
 };
 
+// The bytes of a source, read with the same bound and the same failures as
+// loadDocument, for a host that decides by the bytes which kind of document
+// they hold (an overlay document or a framing decision list).
+struct LoadedBytes {
+    Data bytes;                                   // the whole input when it was read
+    DocumentFailure failure = DocumentFailure::none;  // unreadable or tooLarge otherwise
+    std::vector<DocumentProblem> problems;
+    std::exception_ptr error;
+
+    bool ok() const { return failure == DocumentFailure::none; }
+};
+
+LoadedBytes loadDocumentBytes(const DocumentSource& source);
+
 // Reads at most maximumDocumentBytes, decodes the property list and, unless
 // `check` is false (for describing a document that may be bad), checks that
 // it can be drawn. Never throws for bad input; std::bad_alloc passes through.
