@@ -1,8 +1,8 @@
 #pragma once
 
-// The documents `vantel new` writes: a preset's guides on a 1920 x 1080
-// canvas with a margin of 40 and a black background, encoded as a property
-// list.
+// The documents `vantel new` writes: a preset's guides, or guides given one
+// by one, on a canvas (1920 x 1080 with a margin of 40 and a black
+// background unless told otherwise), encoded as a property list.
 
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <Platform/Data.hpp>
@@ -10,15 +10,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vantel::cli {
 
-enum class Preset { defaultGuide, test };
+enum class Preset { defaultGuide, test, cinema, social, safe };
 
-// "default" or "test".
+// "default", "test", "cinema", "social" or "safe".
 std::optional<Preset> presetNamed(std::string_view name);
+const std::vector<std::string>& presetNames();
 
-// A new document; the preset's guides get fresh ids and palette colours.
+// The preset's guides with fresh ids and palette colours.
+std::vector<AspectRatio> presetGuides(Preset preset);
+
+// A new document on the usual canvas.
 OverlayGen newDocument(Preset preset);
 
 // The property-list form (XML, or binary when asked); decoding it gives an

@@ -2,6 +2,7 @@
 #include <OverlayGenerator/OverlayGen.hpp>
 #include <Platform/PropertyList.hpp>
 
+#include <TestSupport.hpp>
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
@@ -9,6 +10,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
+#include <set>
 
 using namespace vantel;
 
@@ -153,4 +156,46 @@ TEST(OverlayGenCodingTest, CommittedExamplesDecode) {
     OverlayGen portrait = PropertyListDecoder().decode<OverlayGen>(read("portrait-binary.aspectratio"));
     EXPECT_EQ(portrait.size(), Size(1080, 1350, 24));
     EXPECT_EQ(portrait.ratios().size(), 1u);
+}
+
+namespace {
+
+// Each key of `node`, one at a time, holds a value of no type the decoder
+// accepts; the keys whose change makes the document fail are the ones read.
+void collectKeysRead(CodingValue& root, CodingValue& node, std::set<std::string>& read) {
+    if (node.kind() == CodingValue::Kind::array) {
+        for (CodingValue& item : node.asArray()) collectKeysRead(root, item, read);
+    }
+    if (node.kind() != CodingValue::Kind::dictionary) return;
+    for (auto& [key, value] : node.asDictionary()) {
+        collectKeysRead(root, value, read);
+        CodingValue kept = std::exchange(value, CodingValue::string("?"));
+        try {
+            decodeValue<OverlayGen>(Decoder(root, {}));
+        } catch (const DecodingError&) {
+            read.insert(key);
+        }
+        value = std::move(kept);
+    }
+}
+
+}  // namespace
+
+TEST(OverlayGenCodingTest, TheFormatReferenceNamesExactlyTheKeysTheDecoderReads) {
+    AspectRatio child(4, 3, Color::black(), Color::clear(), 1, GridType::none(), GridType::none(), std::nullopt);
+    AspectRatio parent = sampleGuide();
+    parent.children = std::vector{child};
+    CodingValue tree = encodeToTree(OverlayGen(640, 480, 8, Color::white(), {parent}));
+    std::set<std::string> read;
+    collectKeysRead(tree, tree, read);
+
+    std::ifstream reference(vantel::testing::testDataPath("../../docs/format.md"));
+    ASSERT_TRUE(reference) << "docs/format.md";
+    const std::regex keyRow("^\\| `([A-Za-z_0-9]+)` \\|.*");
+    std::set<std::string> documented;
+    std::smatch match;
+    for (std::string line; std::getline(reference, line);) {
+        if (std::regex_match(line, match, keyRow)) documented.insert(match[1]);
+    }
+    EXPECT_EQ(documented, read);
 }

@@ -10,9 +10,9 @@ using namespace vantel;
 using namespace vantel::cli;
 
 TEST(NewDocumentTest, EveryPresetReadsBackEqualFromBothPropertyListForms) {
-    for (Preset preset : {Preset::defaultGuide, Preset::test}) {
+    for (const std::string& name : presetNames()) {
         for (bool binary : {false, true}) {
-            const OverlayGen document = newDocument(preset);
+            const OverlayGen document = newDocument(presetNamed(name).value());
             const Data bytes = encodeNewDocument(document, binary);
             const std::string start(bytes.begin(), bytes.begin() + 8);
             EXPECT_EQ(start == "bplist00", binary);
