@@ -28,13 +28,13 @@ _vantel() {
     case $prev in
         -f | --format) COMPREPLY=($(compgen -W "$formats" -- "$cur")); return ;;
         --colors) COMPREPLY=($(compgen -W "hex hex-alpha rgba" -- "$cur")); return ;;
-        -p | --preset) COMPREPLY=($(compgen -W "default test" -- "$cur")); return ;;
+        -p | --preset) COMPREPLY=($(compgen -W "default test cinema social safe" -- "$cur")); return ;;
         --out-dir) COMPREPLY=($(compgen -d -- "$cur")); return ;;
         -o | --output)
             COMPREPLY=($(compgen -f -- "$cur"))
             return
             ;;
-        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background) return ;;
+        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | -g | --guide | --canvas | --margin) return ;;
     esac
 
     if [[ $cur == -* ]]; then
@@ -43,7 +43,7 @@ _vantel() {
             render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --jobs" ;;
             thumbnail) options+=" --size --background" ;;
             info) options+=" --json --colors" ;;
-            new) options+=" --output --preset --binary --force" ;;
+            new) options+=" --output --preset --guide --canvas --margin --background --binary --force" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))
         return

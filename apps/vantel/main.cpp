@@ -18,7 +18,8 @@ std::multimap<int, CommandSetup>& registry() {
 }
 
 const char* const exitCodeHelp =
-    "Run \"vantel COMMAND --help\" for a command's options.\n"
+    "Run \"vantel COMMAND --help\" for a command's options. Every key of an\n"
+    "overlay document is described in docs/format.md.\n"
     "Exit codes: 0 success, 1 a document is bad (cannot be read as an overlay or\n"
     "cannot be drawn), 2 bad usage, 3 an input or output file could not be read\n"
     "or written.";

@@ -1,7 +1,8 @@
 #!/bin/bash
 # `vantel new`: writes a preset document (XML by default, binary on request)
-# that validates, describes as the preset and renders; refuses to replace a
-# file without --force.
+# that validates, describes as the preset and renders; builds one from
+# --guide expressions exactly as given, refusing bad ones in one line; refuses
+# to replace a file without --force. The example of docs/format.md validates.
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
 make_workdir
@@ -61,6 +62,58 @@ run new
 run new -o "$WORK/no/such/folder/x.aspectratio"
 [ "$status" -eq 3 ] || fail "unwritable output: exit status $status, expected 3"
 grep -q "^$WORK/no/such/folder/x.aspectratio: cannot write" "$WORK/stderr" || fail "unwritable output: $(cat "$WORK/stderr")"
+# Guides given one by one land in the document as given, nested by in=N.
+run new -o "$WORK/shot.aspectratio" --canvas 3840x2160 --margin 40 --background '#121218' \
+  --guide '2.39:1 color=#ff3b30 weight=4' --guide '16∶9 grid=3x3 in=1' \
+  --guide '1.85 color=navy fill=#00ff0080 grid-px=100 noclear in=1'
+[ "$status" -eq 0 ] || fail "new --guide: exit status $status: $(cat "$WORK/stderr")"
+run info --json "$WORK/shot.aspectratio"
+"$PYTHON" - "$WORK/stdout" <<'EOF' || fail "new --guide: the document is not the one given: $(cat "$WORK/stdout")"
+import json, sys
+info = json.load(open(sys.argv[1]))
+assert info["canvas"] == {"width": 3840, "height": 2160, "margin": 40}
+assert info["background"] == {"hex": "#121218", "alpha": 1}
+def guide(g):
+    return (g["ratioWidth"], g["ratioHeight"], g["outline"]["hex"], g["fill"], g["weight"],
+            g["rows"], g["columns"], g["clearsParent"], [guide(c) for c in g["children"]])
+clear = {"hex": "#000000", "alpha": 0}
+(wide, ) = info["guides"]
+colour = wide["children"][0]["outline"]["hex"]
+assert guide(wide) == (2.39, 1, "#FF3B30", clear, 4, None, None, True, [
+    (16, 9, colour, clear, 2, {"parts": 3}, {"parts": 3}, True, []),
+    (1.85, 1, "#000080", {"hex": "#00FF00", "alpha": 128 / 255}, 2, {"every": 100}, {"every": 100}, False, [])]), guide(wide)
+EOF
+
+for preset in cinema social safe; do
+  run new --preset "$preset" -o "$WORK/$preset.aspectratio"
+  [ "$status" -eq 0 ] || fail "new --preset $preset: exit status $status: $(cat "$WORK/stderr")"
+  expect_document "$WORK/$preset.aspectratio" "<?xml" "description  overlay_16x9"
+done
+
+# A bad expression: exit 2, one line naming the bad part, and no file.
+while IFS='|' read -r expression part; do
+  run new -o "$WORK/bad.aspectratio" --guide 16:9 --guide "$expression"
+  [ "$status" -eq 2 ] || fail "--guide '$expression': exit status $status, expected 2"
+  expect_one_error_line "--guide '$expression'" "--guide '$expression': " "$part"
+  [ ! -e "$WORK/bad.aspectratio" ] || fail "--guide '$expression' left a file"
+done <<'EOF'
+2.39:1 colour=red|unknown key "colour"
+16:0|bad ratio "16:0"
+wide|bad ratio "wide"
+4:3 in=2|"in=2" names no earlier guide
+4:3 in=0|"in=0" names no earlier guide
+4:3 fill=#12|bad colour "fill=#12"
+4:3 grid=3|bad grid "grid=3"
+EOF
+
+# -o - writes the document to standard output, and the reference's example is
+# a document that can be drawn.
+run new --preset cinema -o -
+[ "$status" -eq 0 ] && [ "$(head -c 5 "$WORK/stdout")" = "<?xml" ] || fail "new -o -: exit status $status"
+sed -n '/^```xml$/,/^```$/p' "$SOURCE_DIR/docs/format.md" | sed '1d;$d' >"$WORK/example.aspectratio"
+run validate "$WORK/example.aspectratio"
+[ "$status" -eq 0 ] || fail "the example of docs/format.md: $(cat "$WORK/stderr")"
+
 leftovers=$(find "$WORK" -name '.*' -type f)
 [ -z "$leftovers" ] || fail "temporary files left behind: $leftovers"
 finish
