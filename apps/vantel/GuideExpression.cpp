@@ -51,11 +51,13 @@ std::pair<double, double> ratioSides(std::string_view text) {
     return {ratioSide(text.substr(0, separator), text), ratioSide(text.substr(separator + separatorLength), text)};
 }
 
+ExpressionError badGrid(std::string_view word) {
+    return ExpressionError("bad grid \"" + std::string(word) + "\"; give grid=RxC or grid-px=N with whole numbers from 1");
+}
+
 std::int64_t gridCount(std::string_view text, std::string_view word) {
     const std::optional<std::int64_t> count = wholeNumber<std::int64_t>(text);
-    if (!count || *count < 1) {
-        throw ExpressionError("bad grid \"" + std::string(word) + "\"; give grid=RxC or grid-px=N with whole numbers from 1");
-    }
+    if (!count || *count < 1) throw badGrid(word);
     return *count;
 }
 
@@ -84,7 +86,7 @@ std::size_t parentValue(std::string_view value, std::string_view word, std::size
 
 void applyGrid(AspectRatio& guide, std::string_view value, std::string_view word) {
     const std::size_t cross = value.find('x');
-    if (cross == std::string_view::npos) gridCount("", word);
+    if (cross == std::string_view::npos) throw badGrid(word);
     guide.rowType = GridType::divisor(gridCount(value.substr(0, cross), word));
     guide.columnType = GridType::divisor(gridCount(value.substr(cross + 1), word));
 }
