@@ -6,10 +6,13 @@
 // and so is an exception out of drawing a document the check let through.
 //
 // Drawing is kept small so that a canvas at the size limit does not make the
-// fuzzer allocate a gigabyte: the thumbnail is scaled into a few pixels, and
-// the full-size bitmap render runs only on small canvases.
+// fuzzer allocate a gigabyte: the thumbnail, the SVG picture and the PDF page
+// are scaled into a few pixels, and the full-size bitmap render runs only on
+// small canvases.
 
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
+#include <CoreGraphicsRendering/PDFDocument.hpp>
+#include <CoreGraphicsRendering/SVGDocument.hpp>
 #include <OverlayGenerator/DocumentLoading.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
@@ -36,8 +39,19 @@ void describeGuides(const std::vector<AspectRatio>& guides, const Size& box) {
     }
 }
 
-void drawThumbnailOf(std::shared_ptr<const OverlayGen> document) {
-    (void)thumbnailPNG(PreviewProvider::previewReply(std::move(document)), thumbnailSide);
+// The reply drawn as `vantel render` draws it, as a bitmap thumbnail and on
+// the two vector back ends, scaled to the thumbnail's size.
+void drawReplyOf(std::shared_ptr<const OverlayGen> document) {
+    const QLPreviewReply reply = PreviewProvider::previewReply(std::move(document));
+    (void)thumbnailPNG(reply, thumbnailSide);
+    const ThumbnailSize small = thumbnailSize(reply.contextSize, thumbnailSide);
+    const CGSize page{static_cast<double>(small.width), static_cast<double>(small.height)};
+    auto draw = [&](CGContext& context) {
+        context.scaleCTM(page.width / reply.contextSize.width, page.height / reply.contextSize.height);
+        reply.draw(context);
+    };
+    (void)drawSVG(page, draw);
+    (void)drawPDF(page, draw);
 }
 
 void renderFullSize(const OverlayGen& document) {
@@ -56,6 +70,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)document.description();
     describeGuides(document.ratios(), document.size());
     renderFullSize(document);
-    drawThumbnailOf(loaded.document);
+    drawReplyOf(loaded.document);
     return 0;
 }
