@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -63,32 +62,6 @@ TEST(SVGDocument, ClearingMasksWhatWasDrawnBeforeOnly) {
     ASSERT_NE(group, std::string::npos) << svg;
     EXPECT_LT(group, after);
     EXPECT_LT(svg.find("</g>"), after) << "the later square must not be masked";
-}
-
-int deepestNesting(const std::string& xml) {
-    int depth = 0, deepest = 0;
-    for (std::size_t at = xml.find('<'); at != std::string::npos; at = xml.find('<', at + 1)) {
-        if (xml[at + 1] == '?') continue;
-        if (xml[at + 1] == '/') {
-            --depth;
-            continue;
-        }
-        deepest = std::max(deepest, ++depth);
-        if (xml[xml.find('>', at) - 1] == '/') --depth;
-    }
-    return deepest;
-}
-
-// XML readers refuse 256 levels, and writing a level per clear overflows
-// the stack long before the number of guides a document may hold.
-TEST(SVGDocument, ClearsDoNotNest) {
-    const std::string svg = svgOf({100, 100}, [](CGContext& context) {
-        for (int i = 0; i < 300; ++i) {
-            context.fillRect({0, 0, 100, 100});
-            context.clearRect({i * 0.25, 10, 10, 10});
-        }
-    });
-    EXPECT_LE(deepestNesting(svg), 4);
 }
 
 TEST(SVGDocument, ShapesWithNumbersThatAreNotFiniteAreLeftOut) {
