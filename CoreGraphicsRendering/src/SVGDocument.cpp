@@ -160,6 +160,7 @@ private:
     XMLElement maskFrom(std::size_t first, std::set<HoleBlock>& usedBlocks) const;
     static bool covers(const Hole& outer, const Hole& inner);
     void dropCoveredHoles();
+    std::vector<XMLElement> maskedRuns(XMLElement& definitions);
 
     CGSize size_;
     GraphicsState state_;
@@ -329,20 +330,13 @@ XMLElement SVGPageContext::maskFrom(std::size_t first, std::set<HoleBlock>& used
 // masks and the blocks they share are siblings in <defs>, and each run of
 // shapes drawn between two clears is one group under the root, masked by
 // every clear that came after it.
-Data SVGPageContext::document() && {
-    XMLElement root("svg");
-    root.addAttribute("xmlns", "http://www.w3.org/2000/svg");
-    root.addAttribute("width", number(size_.width));
-    root.addAttribute("height", number(size_.height));
-    root.addAttribute("viewBox", "0 0 " + number(size_.width) + " " + number(size_.height));
-    dropCoveredHoles();
-    XMLElement definitions("defs");
+std::vector<XMLElement> SVGPageContext::maskedRuns(XMLElement& definitions) {
     std::set<HoleBlock> usedBlocks;
-    std::vector<XMLElement> content;
+    std::vector<XMLElement> runs;
     for (std::size_t i = 0; i < drawn_.size();) {
         const std::size_t clearsBefore = drawn_[i].clearsBefore;
         if (clearsBefore == holes_.size()) {
-            content.push_back(std::move(drawn_[i++].element));
+            runs.push_back(std::move(drawn_[i++].element));
             continue;
         }
         definitions.addChild(maskFrom(clearsBefore, usedBlocks));
@@ -351,11 +345,26 @@ Data SVGPageContext::document() && {
         for (; i < drawn_.size() && drawn_[i].clearsBefore == clearsBefore; ++i) {
             group.addChild(std::move(drawn_[i].element));
         }
-        content.push_back(std::move(group));
+        runs.push_back(std::move(group));
     }
     for (HoleBlock block : usedBlocks) definitions.addChild(holeBlock(block));
-    if (!usedBlocks.empty()) root.addAttribute("xmlns:xlink", "http://www.w3.org/1999/xlink");
-    if (!holes_.empty()) root.addChild(std::move(definitions));
+    return runs;
+}
+
+Data SVGPageContext::document() && {
+    XMLElement root("svg");
+    root.addAttribute("xmlns", "http://www.w3.org/2000/svg");
+    root.addAttribute("width", number(size_.width));
+    root.addAttribute("height", number(size_.height));
+    root.addAttribute("viewBox", "0 0 " + number(size_.width) + " " + number(size_.height));
+    dropCoveredHoles();
+    XMLElement definitions("defs");
+    std::vector<XMLElement> content = maskedRuns(definitions);
+    if (!holes_.empty()) {
+        // Masks refer to blocks of holes with xlink:href, which every reader knows.
+        root.addAttribute("xmlns:xlink", "http://www.w3.org/1999/xlink");
+        root.addChild(std::move(definitions));
+    }
     for (XMLElement& element : content) root.addChild(std::move(element));
     const std::string text = XMLDocument(std::move(root)).xmlString(true);
     return Data(text.begin(), text.end());
