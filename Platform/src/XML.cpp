@@ -168,7 +168,7 @@ void XMLElement::replaceChildren(std::vector<XMLElement> children) {
 }
 
 std::string XMLElement::xmlString(bool pretty) const {
-    if (!pretty) return dumpNode(nullptr, asNode(node_), false);
+    if (!pretty || !hasBlankText(asNode(node_))) return dumpNode(nullptr, asNode(node_), pretty);
     xmlNodePtr copy = checkedNode(xmlCopyNode(asNode(node_), 1));
     removeBlankText(copy);
     std::string text = dumpNode(nullptr, copy, true);
