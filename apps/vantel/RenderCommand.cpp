@@ -112,9 +112,12 @@ unsigned threadCount(const RenderOptions& options, std::size_t jobs) {
 }
 
 // Renders every job on up to `threads` workers taking the next job in turn.
-// Each document is read, laid out and drawn on the worker that took it.
-ExitCode renderAll(const std::vector<RenderJob>& jobs, const DrawingChoices& choices, const OutputFormat& format,
+// Each document is read, laid out and drawn on the worker that took it; the
+// bitmaps in flight share one memory budget, so large pictures take turns.
+ExitCode renderAll(const std::vector<RenderJob>& jobs, DrawingChoices choices, const OutputFormat& format,
                    unsigned threads, BatchProgress& progress) {
+    MemoryBudget memory(MemoryBudget::forThisMachine(maxEncodingMemory));
+    choices.memory = &memory;
     std::atomic<std::size_t> next{0};
     std::vector<ExitCode> codes(jobs.size(), ExitCode::ok);
     auto work = [&] {
