@@ -205,7 +205,10 @@ void PreviewWindow::setActualSize(bool actualSize) {
 void PreviewWindow::copyPicture() {
     if (!reply_) return;
     try {
-        int side = int(std::ceil(std::max(reply_->contextSize.width, reply_->contextSize.height)));
+        // Canvases go up to 32767 px a side; a copy past 16384 would hold
+        // gigabytes, so the largest ones are copied smaller.
+        constexpr double largestCopy = 16384;
+        int side = int(std::ceil(std::min(largestCopy, std::max(reply_->contextSize.width, reply_->contextSize.height))));
         Data png = thumbnailPNG(*reply_, side);
         GBytes* bytes = g_bytes_new(png.data(), png.size());
         GdkContentProvider* content = gdk_content_provider_new_for_bytes("image/png", bytes);

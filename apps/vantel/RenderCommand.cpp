@@ -112,9 +112,12 @@ unsigned threadCount(const RenderOptions& options, std::size_t jobs) {
 }
 
 // Renders every job on up to `threads` workers taking the next job in turn.
-// Each document is read, laid out and drawn on the worker that took it.
-ExitCode renderAll(const std::vector<RenderJob>& jobs, const DrawingChoices& choices, const OutputFormat& format,
+// Each document is read, laid out and drawn on the worker that took it; the
+// bitmaps in flight share one memory budget, so large pictures take turns.
+ExitCode renderAll(const std::vector<RenderJob>& jobs, DrawingChoices choices, const OutputFormat& format,
                    unsigned threads, BatchProgress& progress) {
+    MemoryBudget memory(MemoryBudget::forThisMachine(maxEncodingMemory));
+    choices.memory = &memory;
     std::atomic<std::size_t> next{0};
     std::vector<ExitCode> codes(jobs.size(), ExitCode::ok);
     auto work = [&] {
@@ -203,7 +206,12 @@ const char* const renderFooter =
     "--height alone the other side follows the canvas's aspect; with both the "
     "picture is fitted inside W x H, or fills it with --stretch. The drawing is "
     "scaled as a whole: bitmaps get that many pixels, PDF pages that many "
-    "points, SVG pictures that many pixels, still vector.\n"
+    "points, SVG pictures that many pixels, still vector; every format of one "
+    "command gets the same whole-number size. A bitmap past 32767 px a side, "
+    "past the memory one picture may hold, or whose guides and grid lines "
+    "would take too long to draw at that size, is refused as bad usage (exit "
+    "2) with the numbers and the limit; PDF and SVG are not. With --jobs, "
+    "large pictures take turns so that those in flight fit in memory.\n"
     "SVG output draws the same picture as the bitmaps, as paths only: colours "
     "with their alpha, stroke weights, and the holes of guides that clear what "
     "lies beneath (as masks).\n"

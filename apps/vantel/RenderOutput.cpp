@@ -33,6 +33,7 @@ std::string renderErrorText(const RenderError& error) {
 RenderOutcome failure(ExitCode code, std::string line) { return {code, {std::move(line)}}; }
 
 
+
 }  // namespace
 
 namespace {
@@ -42,7 +43,7 @@ namespace {
 PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequest& size) {
     auto reply = std::make_shared<QLPreviewReply>(PreviewProvider::previewReply(document));
     CGSize canvas = reply->contextSize;
-    CGSize page = requestedSize(canvas, size);
+    CGSize page = outputSize(canvas, size);
     return {page, [reply, canvas, page](CGContext& context) {
                 context.scaleCTM(page.width / canvas.width, page.height / canvas.height);
                 reply->draw(context);
@@ -76,8 +77,9 @@ private:
 };
 
 Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const SizeRequest& size) {
-    if (size.keepsCanvasSize()) return CoreGraphicsRenderer(document).render(type);
-    ScaledDocument scaled(document, requestedPixelSize(document.size().cg(), size));
+    CGSize pixels = outputSize(document.size().cg(), size);
+    if (pixels == document.size().cg()) return CoreGraphicsRenderer(document).render(type);
+    ScaledDocument scaled(document, pixels);
     return CoreGraphicsRenderer(scaled).render(type);
 }
 
@@ -149,6 +151,12 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     DocumentSource source = documentSource(input);
     CommandDocument loaded = readDocument(source, true, choices.background);
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
+    const CGSize size = outputSize(loaded.document->size().cg(), choices.size);
+    if (auto refused = refusedOutput(*loaded.document, format, size)) {
+        return failure(ExitCode::badUsage, source.name() + ": " + *refused);
+    }
+    MemoryBudget::Reservation held;
+    if (choices.memory) held = choices.memory->reserve(outputMemory(format, size));
     return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices.size); });
 }
 

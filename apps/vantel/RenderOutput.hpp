@@ -6,6 +6,7 @@
 // place. Whatever fails leaves an earlier output untouched.
 
 #include "CommandRegistry.hpp"
+#include "MemoryBudget.hpp"
 #include "OutputFormat.hpp"
 #include "OutputSize.hpp"
 
@@ -24,10 +25,12 @@ namespace vantel::cli {
 inline const std::filesystem::path standardStream = "-";
 
 // How each document is drawn: at the size asked for, over the background
-// asked for (its own when none).
+// asked for (its own when none); with a memory budget when several render
+// at once.
 struct DrawingChoices {
     SizeRequest size;
     std::optional<Color> background;
+    MemoryBudget* memory = nullptr;
 };
 
 struct RenderOutcome {

@@ -23,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vantel::cli {
 
@@ -76,6 +77,15 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
+    }
+    // A thumbnail draws small, so what it costs is counted at its own size:
+    // a canvas far too large to render whole still gets one.
+    ThumbnailSize drawn = thumbnailSize(loaded.document->size().cg(), options.size);
+    std::vector<DocumentProblem> costs =
+        checkDrawingCost(*loaded.document, CGSize{double(drawn.width), double(drawn.height)});
+    if (!costs.empty()) {
+        std::cerr << file->string() << ": " << costs.front().text() << '\n';
+        return ExitCode::badUsage;
     }
     std::string failure;
     std::optional<Data> png = drawDocument(*file, std::move(loaded.document), options.size, failure);
