@@ -41,6 +41,10 @@ std::string pixelsText(CGSize size) {
     return text.str();
 }
 
+// Past 2^24 a reader that keeps coordinates in single precision no longer
+// tells neighbouring pixels apart; an infinite zoom lands here too.
+constexpr double maxVectorSide = 16777216;
+
 const char* const smallerSize = "; draw it smaller with --width, --height or --zoom";
 
 }  // namespace
@@ -68,8 +72,12 @@ double outputMemory(const OutputFormat& format, CGSize size) {
 }
 
 std::optional<std::string> refusedOutput(const OverlayGen& document, const OutputFormat& format, CGSize size) {
+    if (!(std::max(size.width, size.height) <= maxVectorSide)) {
+        return "a " + pixelsText(size) + " " + format.extension + " is larger than the limit of " +
+               std::to_string(std::int64_t(maxVectorSide)) + " px a side" + smallerSize;
+    }
     // A vector page costs what it holds, not its area: only bitmaps meet
-    // these limits.
+    // the limits below.
     if (!std::holds_alternative<BitmapOutput>(format.kind)) return std::nullopt;
     if (std::max(size.width, size.height) > maxBitmapSide) {
         return "a " + pixelsText(size) + " " + format.extension + " is larger than the limit of " +

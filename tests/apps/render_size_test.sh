@@ -71,6 +71,9 @@ expect_refused "JPEG 2000 at 16384" "jpeg2000 needs about [0-9]+ MiB .* limit of
   --width 16384 --format jpeg2000
 expect_refused "32767 x 32767 stretched" "limit of [0-9]+ MiB" "$SAMPLE" --width 32767 --height 32767 --stretch
 expect_refused "40000 px wide" "limit of 32767 px a side" "$SAMPLE" --width 40000
+expect_exit 2 "SVG at zoom 1e300" "$VANTEL" render "$SAMPLE" -o "$WORK/huge.svg" --zoom 1e300
+expect_one_error_line "SVG at zoom 1e300" "$SAMPLE" "svg is larger than the limit of 16777216 px a side"
+[ ! -e "$WORK/huge.svg" ] || fail "SVG at zoom 1e300: wrote an output"
 expect_exit 0 "thumbnail of 40001 children" "$VANTEL" thumbnail "$WORK/crowd.aspectratio" "$WORK/thumb.png"
 SAMPLE="$WORK/grids.aspectratio" expect_size "1-px grids at 256" png 256 256 --width 256
 
