@@ -26,15 +26,16 @@ echo "$page" | grep -q "vantel render FILE -o OUT" || fail "manual lacks the ren
 # bash: what Tab offers after the words typed so far.
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-touch "$work/a.aspectratio" "$work/b.png"
-completions() {
+touch "$work/a.aspectratio" "$work/b.png" "$work/my shot.aspectratio"
+completions() { # the candidates, sorted, joined by "|"
   (cd "$work" && bash -c 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1));
-                          _vantel; printf "%s\n" "${COMPREPLY[@]}"' _ "$source_dir/completions/vantel.bash" "$@" | sort | xargs)
+                          _vantel; printf "%s\n" "${COMPREPLY[@]}"' _ "$source_dir/completions/vantel.bash" "$@" | sort | paste -sd '|')
 }
 [ "$(completions vantel re)" = render ] || fail "vantel re<Tab>: $(completions vantel re)"
 [ "$(completions vantel render --fo)" = --format ] || fail "render --fo<Tab>"
-[ "$(completions vantel render -f jp)" = "jp2 jpeg jpeg2000 jpg" ] || fail "render -f jp<Tab>: $(completions vantel render -f jp)"
-[ "$(completions vantel render '')" = a.aspectratio ] || fail "render <Tab>: $(completions vantel render '')"
+[ "$(completions vantel render -f jp)" = "jp2|jpeg|jpeg2000|jpg" ] || fail "render -f jp<Tab>: $(completions vantel render -f jp)"
+[ "$(completions vantel render '')" = "a.aspectratio|my shot.aspectratio" ] || fail "render <Tab>: $(completions vantel render '')"
+[ "$(completions vantel render -o my)" = "my shot.aspectratio" ] || fail "render -o my<Tab>: $(completions vantel render -o my)"
 
 for shell in zsh fish; do
   if command -v $shell > /dev/null; then
