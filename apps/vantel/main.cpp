@@ -1,5 +1,6 @@
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
+#include "UsageErrors.hpp"
 
 #include <CoreGraphicsRendering/DrawingLibraries.hpp>
 
@@ -80,7 +81,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return app.exit(error);  // --help, --version
         // One line, as for every other failure; --help is where the rest is.
-        std::cerr << "vantel: " << error.what() << "\n";
+        std::cerr << "vantel: " << usageErrorText(app, error) << "\n";
         return static_cast<int>(ExitCode::badUsage);
     }
     if (app.get_subcommands().empty()) std::cout << app.help();
