@@ -14,9 +14,11 @@ namespace {
 ExitCode runValidate(const std::vector<std::string>& files) {
     ExitCode result = ExitCode::ok;
     for (const std::string& file : files) {
-        CommandDocument loaded = readDocument(documentSource(file));
+        // Named as its problems are: "-" is "stdin" in both.
+        const DocumentSource source = documentSource(file);
+        CommandDocument loaded = readDocument(source);
         if (loaded.ok()) {
-            std::cout << file << ": ok\n";
+            std::cout << source.name() << ": ok\n";
         } else {
             std::cout.flush();
             reportProblems(loaded.problems);
@@ -27,7 +29,8 @@ ExitCode runValidate(const std::vector<std::string>& files) {
 }
 
 const char* const validateFooter =
-    "Prints \"FILE: ok\" on standard output for each document that can be drawn,\n"
+    "Prints \"FILE: ok\" on standard output for each document that can be drawn\n"
+    "(\"stdin: ok\" for -, as in every message about standard input),\n"
     "and one line per problem on standard error for the others, naming where the\n"
     "value is: \"FILE: ratios[1].children[0].columnType: ...\".\n"
     "Exit codes: 0 every document is fine, 1 a document is bad, 2 bad usage,\n"
