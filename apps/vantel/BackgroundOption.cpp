@@ -11,12 +11,12 @@ const char* const colorExamples =
     "a CSS colour such as navy, #f80, #ff800080, rgb(255,128,0), rgba(100%,50%,0%,0.5), hsl(30,100%,50%) or "
     "transparent";
 
-Color colorOrUsageError(const std::string& option, const std::string& text) {
+Color colorOrUsageError(const std::string& option, const std::string& text, const std::string& hint = "") {
     std::optional<Color> color = cssColor(text);
     if (!color) {
         throw CLI::ValidationError(option, quotedOnOneLine(text) +
                                                " is not a colour; give a name, #rrggbb, rgb(), rgba(), hsl() "
-                                               "or transparent");
+                                               "or transparent" + hint);
     }
     return *color;
 }
@@ -48,7 +48,9 @@ std::optional<Color> chosenBackground(const std::optional<std::string>& text) {
 
 std::optional<Color> chosenFlatten(const std::optional<std::string>& text) {
     if (!text) return std::nullopt;
-    Color color = colorOrUsageError("--flatten", *text);
+    // The colour is optional, so a document right after the option is taken
+    // for it.
+    Color color = colorOrUsageError("--flatten", *text, " (right before a FILE, write --flatten=COLOR)");
     if (color.alpha < 1) {
         throw CLI::ValidationError("--flatten", quotedOnOneLine(*text) +
                                                     " is not opaque; the picture is laid onto a colour without "

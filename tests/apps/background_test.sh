@@ -67,6 +67,8 @@ for image in "$WORK/flat.png" "$WORK/flat-thumb.png"; do
 sys.exit(0 if set(Image(sys.argv[2]).rgba_bytes()[3::4]) == {255} else 1)' "$HERE" "$image" ||
     fail "$image has transparent pixels"
 done
+expect_exit 2 "--flatten before a document" "$VANTEL" render "$SAMPLE" -o "$WORK/flat3.pdf" --flatten "$SAMPLE"
+expect_one_error_line "--flatten before a document" "'$SAMPLE' is not a colour" "write --flatten=COLOR"
 expect_exit 2 "--flatten on svg" "$VANTEL" render "$SAMPLE" -o "$WORK/flat.svg" --flatten
 expect_exit 2 "--flatten translucent" "$VANTEL" render "$SAMPLE" -o "$WORK/flat2.png" --flatten '#FFF8'
 [ ! -e "$WORK/flat.svg" ] && [ ! -e "$WORK/flat2.png" ] || fail "a refused --flatten wrote an output"
