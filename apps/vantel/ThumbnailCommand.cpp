@@ -47,7 +47,7 @@ std::optional<std::filesystem::path> inputPath(const std::string& input) {
     bool isURI = input.starts_with("file:") || input.find("://") != std::string::npos;
     if (!isURI) return std::filesystem::path(input);
     std::optional<URL> url = URL::fromString(input);
-    if (!url) return std::nullopt;
+    if (!url || !url->isFileURL()) return std::nullopt;
     return url->path();
 }
 

@@ -48,4 +48,7 @@ expect_refusal "missing (plain path)" "missing.aspectratio" \
   "$VANTEL" thumbnail -s 128 "$docs/missing.aspectratio" "$WORK/out/thumb.png"
 expect_refusal "garbage (plain path)" "garbage.aspectratio" \
   "$VANTEL" thumbnail -s 128 "$docs/garbage.aspectratio" "$WORK/out/thumb.png"
+# A web address names no local file, even when its path is the path of one.
+expect_refusal "web address" "not a file path or a local file URI" \
+  "$VANTEL" thumbnail -s 128 "http://127.0.0.1$EXAMPLES/sample.aspectratio" "$WORK/out/thumb.png"
 finish
