@@ -144,6 +144,10 @@ DownloadError errorFor(CURLcode code, const char* detail, const BodySink& sink, 
         return {Reason::connectionRefused, "the connection was refused (" + why + ")"};
     case CURLE_COULDNT_RESOLVE_HOST:
         return {Reason::hostNotFound, "the host was not found (" + why + ")"};
+    case CURLE_SSL_CONNECT_ERROR:
+        // OpenSSL's own words ("wrong version number") name a record layer,
+        // not the usual cause: an https address for a plain http port.
+        return {Reason::other, "the TLS handshake failed (is it an http server?)"};
     case CURLE_TOO_MANY_REDIRECTS:
         return {Reason::tooManyRedirects, "more than " + std::to_string(limits.maximumRedirects) + " redirects"};
     case CURLE_WRITE_ERROR:

@@ -2,6 +2,7 @@
 
 #include "DocumentLoading.hpp"
 
+#include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
@@ -76,11 +77,20 @@ private:
     CGSize pixels_;
 };
 
-Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const SizeRequest& size) {
-    CGSize pixels = outputSize(document.size().cg(), size);
-    if (pixels == document.size().cg()) return CoreGraphicsRenderer(document).render(type);
+Data encodeSketch(const Sketch& sketch, NSBitmapImageFileType type, const std::optional<Color>& flatten) {
+    CoreGraphicsRenderer renderer(sketch);
+    if (flatten) {
+        // A renderer made from a sketch draws into a cairo bitmap of its own.
+        dynamic_cast<CairoContext&>(renderer.context()).paintBehind(flatten->red, flatten->green, flatten->blue);
+    }
+    return renderer.render(type);
+}
+
+Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const DrawingChoices& choices) {
+    CGSize pixels = outputSize(document.size().cg(), choices.size);
+    if (pixels == document.size().cg()) return encodeSketch(document, type, choices.flatten);
     ScaledDocument scaled(document, pixels);
-    return CoreGraphicsRenderer(scaled).render(type);
+    return encodeSketch(scaled, type, choices.flatten);
 }
 
 // Encodes with `encode`, turning what it throws into the file's lines.
@@ -111,18 +121,18 @@ RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::pat
 }  // namespace
 
 Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
-                    const SizeRequest& size) {
+                    const DrawingChoices& choices) {
     struct Encode {
         const std::shared_ptr<const OverlayGen>& document;
-        const SizeRequest& size;
-        Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, size); }
-        Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, size)}); }
+        const DrawingChoices& choices;
+        Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, choices); }
+        Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, choices.size)}); }
         Data operator()(const SVGOutput&) const {
-            PDFPage page = pageOf(document, size);
+            PDFPage page = pageOf(document, choices.size);
             return drawSVG(page.size, page.draw);
         }
     };
-    return std::visit(Encode{document, size}, format.kind);
+    return std::visit(Encode{document, choices}, format.kind);
 }
 
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
@@ -157,7 +167,7 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     }
     MemoryBudget::Reservation held;
     if (choices.memory) held = choices.memory->reserve(outputMemory(format, size));
-    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices.size); });
+    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices); });
 }
 
 }  // namespace vantel::cli

@@ -13,6 +13,7 @@
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 
+#include <CoreGraphicsRendering/ImageEncoding.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/URL.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
@@ -33,7 +34,8 @@ struct ThumbnailOptions {
     int size = 256;
     std::string input;
     std::filesystem::path output;
-    std::string background;
+    std::optional<std::string> background;
+    std::optional<std::string> flatten;
 };
 
 // Largest SIZE accepted: far above the 1024 of the largest thumbnail flavour,
@@ -54,10 +56,12 @@ std::optional<std::filesystem::path> inputPath(const std::string& input) {
 // provider answers for the document this command read and checked, not for
 // a second read of the file, which may have changed since.
 std::optional<Data> drawDocument(const std::filesystem::path& file, std::shared_ptr<const OverlayGen> document,
-                                 int size, std::string& failure) {
+                                 int size, const std::optional<Color>& flatten, std::string& failure) {
     try {
         QLPreviewReply reply = PreviewProvider::previewReply(std::move(document));
-        return thumbnailPNG(reply, size);
+        BitmapContext bitmap = drawThumbnail(reply, size);
+        if (flatten) bitmap.context().paintBehind(flatten->red, flatten->green, flatten->blue);
+        return encodePNG(bitmap.image());
     } catch (const std::exception& error) {
         failure = file.string() + ": cannot draw: " + error.what();
     }
@@ -71,6 +75,7 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
         return ExitCode::badUsage;
     }
     const std::optional<Color> background = chosenBackground(options.background);
+    const std::optional<Color> flatten = chosenFlatten(options.flatten);
     // Checked first, so that a document the libraries would refuse to draw
     // never reaches them.
     CommandDocument loaded = readDocument(DocumentSource::file(*file), true, background);
@@ -88,7 +93,7 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
         return ExitCode::badUsage;
     }
     std::string failure;
-    std::optional<Data> png = drawDocument(*file, std::move(loaded.document), options.size, failure);
+    std::optional<Data> png = drawDocument(*file, std::move(loaded.document), options.size, flatten, failure);
     if (!png) {
         std::cerr << failure << '\n';
         return ExitCode::badDocument;
@@ -128,6 +133,7 @@ CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
         ->option_text("OUTPUT")
         ->group("Output");
     addBackgroundOption(*command, options->background);
+    addFlattenOption(*command, options->flatten);
     command->callback([&result, options] { result = runThumbnail(*options); });
 });
 
