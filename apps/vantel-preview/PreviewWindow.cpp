@@ -131,6 +131,7 @@ void PreviewWindow::present() { gtk_window_present(GTK_WINDOW(window_)); }
 void PreviewWindow::show(std::filesystem::path file) {
     file_ = std::move(file);
     reply_.reset();
+    updateTitle();  // named at once, even while a pipe keeps the document coming
     reload();
     watchFile();
 }
