@@ -52,9 +52,9 @@ void writeDataAtomically(const Data& data, const URL& url);
 // For a file that a reader may hold open and read back through its
 // descriptor, as thumbnail services hand over an empty file they made: an
 // existing empty regular file is filled in place under an exclusive flock,
-// its space reserved first, so that a full disk or a file-size limit fails
-// before any byte changes and a failure or an interruption leaves it empty.
-// Anything else (no file, an earlier content, a link) is written atomically.
+// and cut back to empty if writing fails (a full disk, a file-size limit) or
+// a signal ends the process. Anything else (no file, an earlier content, a
+// link) is written atomically, so nothing earlier is ever lost.
 void writeDataInPlaceOrAtomically(const Data& data, const std::filesystem::path& path);
 
 // Writes the bytes to standard output. False when the reader has gone (a
