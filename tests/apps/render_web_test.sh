@@ -47,7 +47,9 @@ expect_exit 3 "refused connection" "$VANTEL" render "http://127.0.0.1:1/a.aspect
 expect_one_error_line "refused connection" "http://127.0.0.1:1/a.aspectratio: " "connection was refused"
 expect_exit 3 "bad address" "$VANTEL" render "http://127.0.0.1/a b.aspectratio" -o "$WORK/bad.png"
 expect_one_error_line "bad address" "http://127.0.0.1/a b.aspectratio: " "not a valid"
-for name in huge missing refused bad; do
+expect_exit 3 "missing TMPDIR" env TMPDIR="$WORK/absent" "$VANTEL" render "$web/sample.aspectratio" -o "$WORK/tmpdir.png"
+expect_one_error_line "missing TMPDIR" "$web/sample.aspectratio: " "temporary folder $WORK/absent"
+for name in huge missing refused bad tmpdir; do
   [ ! -e "$WORK/$name.png" ] || fail "a failed download left $name.png"
 done
 leftovers=$(find "$TMPDIR" -mindepth 1 | wc -l)
