@@ -22,14 +22,20 @@ function(vantel_module name)
 endfunction()
 
 # One GoogleTest executable per test source: add_vantel_test(Graphics2 color)
-# builds tests/Graphics2/color_test.cpp linked against the module.
+# builds tests/Graphics2/color_test.cpp linked against the module. A folder
+# that sets VANTEL_TEST_TIMEOUT (seconds) gives each of its cases that limit.
 function(add_vantel_test module name)
   set(target ${module}_${name}_test)
   add_executable(${target} ${CMAKE_CURRENT_SOURCE_DIR}/${name}_test.cpp ${ARGN})
   target_link_libraries(${target} PRIVATE ${module} vantel_test_support GTest::gtest GTest::gtest_main)
+  set(properties)
+  if(DEFINED VANTEL_TEST_TIMEOUT)
+    set(properties PROPERTIES TIMEOUT ${VANTEL_TEST_TIMEOUT})
+  endif()
   gtest_discover_tests(${target}
     WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
-    DISCOVERY_TIMEOUT 30)
+    DISCOVERY_TIMEOUT 30
+    ${properties})
 endfunction()
 
 # Registers every *_test.cpp of the calling folder against the module.

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -25,18 +26,28 @@ std::optional<std::string> rgbComponentsText(std::string_view text) {
     return RegularExpression::substring(text, *(*match)[1]);
 }
 
+// from_chars reads in the C locale whatever the process locale. A number
+// too large or too small for a double reads as strtod reads it, infinity or
+// 0 (the piece has no sign or exponent: a non-zero digit before the point
+// makes it at least 1, so out of range means too large).
+std::optional<double> wholePieceNumber(std::string_view piece) {
+    double value = 0;
+    auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), value);
+    if (piece.empty() || end != piece.data() + piece.size()) return std::nullopt;
+    if (error == std::errc()) return value;
+    if (error != std::errc::result_out_of_range) return std::nullopt;
+    std::string_view whole = piece.substr(0, piece.find('.'));
+    bool atLeastOne = whole.find_first_not_of('0') != std::string_view::npos;
+    return atLeastOne ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
 // Empty pieces are dropped and a piece that is not wholly a number (1.2.3)
-// is skipped; from_chars reads in the C locale whatever the process locale.
+// is skipped.
 std::vector<double> numbersBetweenCommas(std::string_view list) {
     std::vector<double> numbers;
     while (!list.empty()) {
         size_t comma = list.find(',');
-        std::string_view piece = list.substr(0, comma);
-        double value = 0;
-        auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), value);
-        if (!piece.empty() && error == std::errc() && end == piece.data() + piece.size()) {
-            numbers.push_back(value);
-        }
+        if (auto value = wholePieceNumber(list.substr(0, comma))) numbers.push_back(*value);
         list = comma == std::string_view::npos ? std::string_view() : list.substr(comma + 1);
     }
     return numbers;

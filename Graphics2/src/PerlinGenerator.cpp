@@ -6,12 +6,13 @@
 #include <cmath>
 #include <cstdint>
 #include <numbers>
+#include <string>
 
 namespace vantel {
 
 namespace {
 
-constexpr int tableLength = 4096;
+constexpr std::size_t tableLength = 4096;
 constexpr std::int64_t tableMask = 4095;
 constexpr std::int64_t yStep = 16;
 constexpr std::int64_t zStep = 256;
@@ -64,7 +65,7 @@ struct Axis {
 
 PerlinGenerator::PerlinGenerator() {
     perlin.reserve(tableLength);
-    for (int i = 0; i < tableLength; ++i) perlin.push_back(secureRandomUnitClosed());
+    for (std::size_t i = 0; i < tableLength; ++i) perlin.push_back(secureRandomUnitClosed());
 }
 
 PerlinGenerator& PerlinGenerator::shared() {
@@ -83,8 +84,15 @@ int PerlinGenerator::zWrap() {
 }
 
 double PerlinGenerator::noise(double x, double y, double z) {
-    Axis ax(x), ay(y), az(z);
+    // No octave reads a coordinate, so none of them needs an integer floor.
     if (octives < 0) fatalError("Perlin noise: negative octave count");
+    if (octives == 0) return 0.0;
+    // The mask reads every index below 4096; a replaced table must cover them.
+    if (perlin.size() < tableLength) {
+        fatalError("Perlin noise: the table holds " + std::to_string(perlin.size()) + " values, " +
+                   std::to_string(tableLength) + " are needed");
+    }
+    Axis ax(x), ay(y), az(z);
     auto table = [this](std::int64_t index) { return perlin[static_cast<std::size_t>(index & tableMask)]; };
     auto mix = [](double a, double b, double weight) { return a + weight * (b - a); };
 

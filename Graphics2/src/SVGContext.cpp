@@ -5,7 +5,10 @@
 #include <Platform/FileIO.hpp>
 
 #include <cmath>
+#include <filesystem>
 #include <iostream>
+#include <string>
+#include <system_error>
 #include <unordered_map>
 
 namespace vantel {
@@ -33,6 +36,23 @@ std::vector<XMLElement> detachAll(XMLElement& root) {
     std::vector<XMLElement> elements;
     for (auto& child : root.children()) elements.push_back(child.detach());
     return elements;
+}
+
+// A web address names no place on this machine: its path is the server's.
+std::filesystem::path localPath(const URL& url) {
+    if (url.isFileURL()) return url.path();
+    throw std::filesystem::filesystem_error("only file URLs can be written to", url.absoluteString(),
+                                            std::make_error_code(std::errc::operation_not_supported));
+}
+
+// The name stays one file inside the folder: an absolute name would replace
+// the folder, a separator or "..", leave it.
+std::filesystem::path oneFileComponent(std::string_view name, const std::filesystem::path& folder) {
+    bool single = !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos &&
+                  name.find('\0') == std::string_view::npos;
+    if (single) return std::string(name);
+    throw std::filesystem::filesystem_error("the name \"" + std::string(name) + "\" is not one file name", folder,
+                                            std::make_error_code(std::errc::invalid_argument));
 }
 
 }  // namespace
@@ -98,7 +118,7 @@ void SVGContext::breakGroups() {
 
 std::string SVGContext::svgString(bool pretty) const { return document_.xmlString(pretty); }
 
-void SVGContext::writeSVG(const URL& url) const { writeSVG(url.path()); }
+void SVGContext::writeSVG(const URL& url) const { writeSVG(localPath(url)); }
 
 void SVGContext::writeSVG(const std::filesystem::path& path) const {
     const std::string text = svgString(true);
@@ -107,9 +127,9 @@ void SVGContext::writeSVG(const std::filesystem::path& path) const {
 }
 
 void SVGContext::writeSVG(std::string_view name, const URL& folder, bool includeSubDir) const {
-    std::filesystem::path path = folder.path();
+    std::filesystem::path path = localPath(folder);
     if (includeSubDir) path /= "SVG";
-    path /= std::string(name);
+    path /= oneFileComponent(name, path);
     if (path.extension() != ".svg") path += ".svg";
     writeSVG(path);
 }

@@ -51,6 +51,7 @@ private:
 
 int startChildProcess(const ChildProcessSetup& setup) {
     FileActions actions;
+    actions.redirect(setup.standardInput, STDIN_FILENO);
     actions.redirect(setup.standardOutput, STDOUT_FILENO);
     actions.redirect(setup.standardError, STDERR_FILENO);
     if (setup.directory) actions.changeDirectory(*setup.directory);

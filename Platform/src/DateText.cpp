@@ -8,6 +8,7 @@
 #include <unicode/unistr.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace vantel {
@@ -67,7 +68,25 @@ std::string DateFormatter::string(Date date) const {
     return utf8(formatted);
 }
 
+namespace {
+
+// Hours, minutes and seconds have a fixed length on ICU's calendar (adding
+// one moves the time by that many milliseconds, whatever the clocks do), and
+// ICU counts field differences in 32 bits: seconds overflow after 68 years.
+std::optional<std::int64_t> fixedLengthDifference(Date start, Date end, CalendarUnit unit) {
+    std::int64_t milliseconds = static_cast<std::int64_t>(icuDate(end)) - static_cast<std::int64_t>(icuDate(start));
+    switch (unit) {
+    case CalendarUnit::hour: return milliseconds / 3'600'000;
+    case CalendarUnit::minute: return milliseconds / 60'000;
+    case CalendarUnit::second: return milliseconds / 1'000;
+    default: return std::nullopt;
+    }
+}
+
+}  // namespace
+
 std::int64_t calendarDifference(Date start, Date end, CalendarUnit unit) {
+    if (std::optional<std::int64_t> fixed = fixedLengthDifference(start, end, unit)) return *fixed;
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(status));
     if (U_FAILURE(status)) fatalError(std::string("Cannot create the default calendar: ") + u_errorName(status));

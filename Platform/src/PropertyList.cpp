@@ -59,7 +59,8 @@ PlistHandle parsePlist(const Data& bytes) {
     bool binary = looksBinary(bytes);
     auto refused = binary ? detail::checkBinaryPropertyListShape(bytes, limits)
                           : detail::checkXMLPropertyListShape(bytes, limits);
-    if (refused) throwNotAPropertyList(*refused);
+    if (refused && refused->codingPath.empty()) throwNotAPropertyList(refused->description);
+    if (refused) throw DecodingError::dataCorrupted({refused->codingPath, refused->description});
     plist_t root = nullptr;
     const char* text = reinterpret_cast<const char*>(bytes.data());
     auto length = static_cast<std::uint32_t>(bytes.size());
@@ -67,6 +68,21 @@ PlistHandle parsePlist(const Data& bytes) {
     else plist_from_xml(text, length, &root);
     if (root == nullptr) throwNotAPropertyList();
     return PlistHandle(root);
+}
+
+// libplist keeps an integer as 64 bits and a flag telling unsigned values
+// past the signed range from negative ones; only its writer shows the flag.
+bool isUnsignedBeyondInt64(plist_t node) {
+    std::uint64_t value = 0;
+    plist_get_uint_val(node, &value);
+    if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return false;
+    char* text = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(node, &text, &length);
+    if (text == nullptr) return false;
+    bool negative = std::string_view(text, length).find("<integer>-") != std::string_view::npos;
+    plist_to_xml_free(text);
+    return !negative;
 }
 
 CodingValue scalarValue(plist_t node) {
@@ -79,6 +95,8 @@ CodingValue scalarValue(plist_t node) {
         case PLIST_UINT: {
             std::uint64_t value = 0;
             plist_get_uint_val(node, &value);  // two's complement for negatives
+            // Kept as the nearest real: an integer type refuses it, naming the key.
+            if (isUnsignedBeyondInt64(node)) return CodingValue::real(static_cast<double>(value));
             return CodingValue::integer(static_cast<std::int64_t>(value));
         }
         case PLIST_UID: {

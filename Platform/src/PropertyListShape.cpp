@@ -1,8 +1,10 @@
 #include "PropertyListShape.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vantel::detail {
@@ -23,37 +25,157 @@ std::size_t skipPast(std::string_view text, std::size_t from, std::string_view m
 
 bool isContainerTag(std::string_view name) { return name == "array" || name == "dict"; }
 
-}  // namespace
+bool isValueTag(std::string_view name) {
+    for (std::string_view value : {"string", "integer", "real", "true", "false", "date", "data", "dict", "array"}) {
+        if (name == value) return true;
+    }
+    return false;
+}
 
-std::optional<std::string> checkXMLPropertyListShape(const Data& bytes,
-                                                     const PropertyListLimits& limits) {
-    std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    std::size_t depth = 0;
-    std::size_t at = 0;
-    while ((at = text.find('<', at)) != std::string_view::npos) {
-        std::string_view rest = text.substr(at);
-        if (rest.starts_with("<!--")) {
-            at = skipPast(text, at, "-->");
-            continue;
+std::string_view trimmedXMLSpace(std::string_view text) {
+    constexpr std::string_view space = " \t\r\n";
+    std::size_t first = text.find_first_not_of(space);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(space) - first + 1);
+}
+
+// libplist reads an integer's text with strtoull in any base and wraps what
+// does not fit: "1e3" reads as 1, "010" as 8, 2^64 - 1 as -1. Only plain
+// decimal text within a signed 64-bit integer reads back as written.
+bool isPlainInt64Text(std::string_view text) {
+    std::string_view digits = text;
+    if (digits.starts_with('+') || digits.starts_with('-')) digits.remove_prefix(1);
+    if (digits.empty() || (digits.size() > 1 && digits.front() == '0')) return false;
+    if (text.starts_with('+')) text.remove_prefix(1);
+    std::int64_t value = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+std::string shortened(std::string_view text) {
+    constexpr std::size_t shown = 32;
+    return text.size() <= shown ? std::string(text) : std::string(text.substr(0, shown)) + "...";
+}
+
+// Key text as the message shows it: the predefined entities read, others kept.
+std::string keyText(std::string_view text) {
+    std::string key;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        bool replaced = false;
+        for (auto [entity, character] : {std::pair{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'},
+                                         {"&apos;", '\''}}) {
+            if (text.substr(at).starts_with(entity)) {
+                key += character;
+                at += std::string_view(entity).size() - 1;
+                replaced = true;
+                break;
+            }
         }
-        if (rest.starts_with("<![CDATA[")) {
-            at = skipPast(text, at, "]]>");
-            continue;
+        if (!replaced) key += text[at];
+    }
+    return key;
+}
+
+// Where the scan is, as a coding path: a dictionary adds the key read last,
+// an array the position of the value begun last.
+class XMLKeyPath {
+public:
+    void valueBegins() {
+        if (!frames_.empty() && !frames_.back().dictionary) ++frames_.back().index;
+    }
+    void open(bool dictionary) { frames_.push_back({dictionary, {}, -1}); }
+    void close() {
+        if (!frames_.empty()) frames_.pop_back();
+    }
+    void keyRead(std::string key) {
+        if (!frames_.empty() && frames_.back().dictionary) frames_.back().key = std::move(key);
+    }
+    std::size_t depth() const { return frames_.size(); }
+    CodingPath path() const {
+        CodingPath path;
+        for (const Frame& frame : frames_) {
+            path.push_back(frame.dictionary ? CodingKey::named(frame.key) : CodingKey::index(frame.index));
         }
-        std::size_t close = skipPast(text, at, ">");
-        std::string_view tag = text.substr(at + 1, close - at - 1);  // without '<'
-        at = close;
+        return path;
+    }
+
+private:
+    struct Frame {
+        bool dictionary;
+        std::string key;
+        std::int64_t index;
+    };
+    std::vector<Frame> frames_;
+};
+
+class XMLShapeScan {
+public:
+    XMLShapeScan(const Data& bytes, const PropertyListLimits& limits)
+        : text_(reinterpret_cast<const char*>(bytes.data()), bytes.size()), limits_(limits) {}
+
+    std::optional<ShapeRefusal> run() {
+        while ((at_ = text_.find('<', at_)) != std::string_view::npos) {
+            if (skipCommentOrCDATA()) continue;
+            std::size_t close = skipPast(text_, at_, ">");
+            std::string_view tag = text_.substr(at_ + 1, close - at_ - 1);  // without '<'
+            at_ = close;
+            if (auto refused = take(tag)) return refused;
+        }
+        return std::nullopt;
+    }
+
+private:
+    bool skipCommentOrCDATA() {
+        std::string_view rest = text_.substr(at_);
+        if (rest.starts_with("<!--")) at_ = skipPast(text_, at_, "-->");
+        else if (rest.starts_with("<![CDATA[")) at_ = skipPast(text_, at_, "]]>");
+        else return false;
+        return true;
+    }
+
+    std::optional<ShapeRefusal> take(std::string_view tag) {
         bool closing = tag.starts_with('/');
         if (closing) tag.remove_prefix(1);
         std::string_view name = tag.substr(0, tag.find_first_of(" \t\r\n/>"));
-        if (!isContainerTag(name)) continue;
+        bool empty = tag.ends_with("/>");
         if (closing) {
-            if (depth > 0) --depth;
-        } else if (!tag.ends_with("/>") && ++depth > limits.maximumDepth) {
-            return tooDeep(limits.maximumDepth);
+            if (isContainerTag(name)) path_.close();
+            return std::nullopt;
         }
+        if (name == "key") path_.keyRead(empty ? std::string() : keyText(contentUpTo("</key>").first));
+        if (!isValueTag(name)) return std::nullopt;
+        path_.valueBegins();
+        if (name == "integer") return checkInteger(empty ? std::pair{std::string_view(), true} : contentUpTo("</integer>"));
+        if (!isContainerTag(name) || empty) return std::nullopt;
+        path_.open(name == "dict");
+        if (path_.depth() > limits_.maximumDepth) return ShapeRefusal{{}, tooDeep(limits_.maximumDepth)};
+        return std::nullopt;
     }
-    return std::nullopt;
+
+    // The text up to the next markup, and whether that markup is `endTag`
+    // (a comment or CDATA section inside the text is not). The scan reads
+    // on from the markup, so nothing is hidden from the depth check.
+    std::pair<std::string_view, bool> contentUpTo(std::string_view endTag) const {
+        std::size_t end = std::min(text_.find('<', at_), text_.size());
+        return {text_.substr(at_, end - at_), text_.substr(end).starts_with(endTag)};
+    }
+
+    std::optional<ShapeRefusal> checkInteger(std::pair<std::string_view, bool> content) {
+        std::string_view number = trimmedXMLSpace(content.first);
+        if (content.second && isPlainInt64Text(number)) return std::nullopt;
+        return ShapeRefusal{path_.path(), "Number " + shortened(number) + " is not a whole number that fits in Int."};
+    }
+
+    std::string_view text_;
+    const PropertyListLimits& limits_;
+    std::size_t at_ = 0;
+    XMLKeyPath path_;
+};
+
+}  // namespace
+
+std::optional<ShapeRefusal> checkXMLPropertyListShape(const Data& bytes, const PropertyListLimits& limits) {
+    return XMLShapeScan(bytes, limits).run();
 }
 
 // ---------------------------------------------------------------- binary
@@ -212,7 +334,15 @@ private:
         return std::nullopt;
     }
 
+    // libplist keeps the low 64 bits of a 128-bit integer and drops the rest.
+    bool isWiderThan64Bits(std::uint64_t object) const {
+        auto offset = objectOffset(object);
+        if (!offset || bytes_[*offset] != 0x14 || *offset + 17 > tableStart_) return false;
+        return readBigEndian(bytes_.data() + *offset + 1, 8) != 0;
+    }
+
     std::optional<std::string> enter(std::uint64_t object, std::vector<Frame>& path) {
+        if (isWiderThan64Bits(object)) return "The binary property list holds a whole number wider than 64 bits.";
         auto references = referencesOf(object);
         if (!references) return "The binary property list has a damaged object.";
         if (references->count == 0) {
@@ -261,9 +391,9 @@ private:
 
 }  // namespace
 
-std::optional<std::string> checkBinaryPropertyListShape(const Data& bytes,
-                                                        const PropertyListLimits& limits) {
-    return BinaryShapeScan(bytes, limits).run();
+std::optional<ShapeRefusal> checkBinaryPropertyListShape(const Data& bytes, const PropertyListLimits& limits) {
+    if (auto refused = BinaryShapeScan(bytes, limits).run()) return ShapeRefusal{{}, *refused};
+    return std::nullopt;
 }
 
 }  // namespace vantel::detail

@@ -1,5 +1,6 @@
 #include <Platform/URL.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdio>
@@ -58,6 +59,15 @@ int hexValue(char c) {
     return -1;
 }
 
+// The byte of the escape starting at `at`, or nothing when there is none.
+std::optional<char> escapeAt(std::string_view text, std::size_t at) {
+    if (text[at] != '%' || at + 2 >= text.size()) return std::nullopt;
+    int high = hexValue(text[at + 1]);
+    int low = hexValue(text[at + 2]);
+    if (high < 0 || low < 0) return std::nullopt;
+    return static_cast<char>(high * 16 + low);
+}
+
 std::optional<std::string> percentDecoded(std::string_view text) {
     std::string decoded;
     decoded.reserve(text.size());
@@ -66,14 +76,37 @@ std::optional<std::string> percentDecoded(std::string_view text) {
             decoded += text[at];
             continue;
         }
-        if (at + 2 >= text.size()) return std::nullopt;
-        int high = hexValue(text[at + 1]);
-        int low = hexValue(text[at + 2]);
-        if (high < 0 || low < 0) return std::nullopt;
-        decoded += static_cast<char>(high * 16 + low);
+        std::optional<char> byte = escapeAt(text, at);
+        if (!byte) return std::nullopt;
+        decoded += *byte;
         at += 2;
     }
     return decoded;
+}
+
+// Decoded for the file system: an escaped "/" would join two names into a
+// path the text did not spell, and a NUL would cut the name short there.
+std::optional<std::string> decodedForFileSystem(std::string_view text) {
+    auto decoded = percentDecoded(text);
+    if (!decoded || decoded->find('\0') != std::string::npos) return std::nullopt;
+    auto slashes = [](std::string_view part) { return std::count(part.begin(), part.end(), '/'); };
+    if (slashes(*decoded) != slashes(text)) return std::nullopt;
+    return decoded;
+}
+
+// Text for a web path: what a path may hold stays, escapes already written
+// stay, and every other byte (a lone "%" too) is escaped.
+std::string encodedForWebPath(std::string_view text) {
+    std::string encoded;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (escapeAt(text, at)) {
+            encoded += text.substr(at, 3);
+            at += 2;
+        } else {
+            encoded += percentEncoded(text.substr(at, 1));
+        }
+    }
+    return encoded;
 }
 
 // The text after the first `separator`, cut off from `text`; nothing when
@@ -131,7 +164,7 @@ std::optional<URL> URL::fromString(std::string_view text) {
     if (slash == std::string_view::npos) return std::nullopt;
     std::string_view host = text.substr(0, slash);
     if (!host.empty() && host != "localhost") return std::nullopt;
-    auto path = percentDecoded(text.substr(slash));
+    auto path = decodedForFileSystem(text.substr(slash));
     if (!path || !isWellFormedPart(query) || !isWellFormedPart(fragment)) return std::nullopt;
     URL url = fileURL(*path);
     url.query_ = std::move(query);
@@ -146,11 +179,10 @@ std::optional<URL> URL::webURL(std::string_view scheme, std::string_view rest) {
     std::string_view path = rest.substr(host.size());
     if (host.empty() || !allOf(host, allowedInHost) || !allOf(path, allowedInAddress)) return std::nullopt;
     if (!isWellFormedPart(query) || !isWellFormedPart(fragment)) return std::nullopt;
-    auto decoded = percentDecoded(path);
-    if (!decoded) return std::nullopt;
-    bool isDirectory = decoded->ends_with('/');
-    while (decoded->size() > 1 && decoded->back() == '/') decoded->pop_back();
-    URL url(std::move(*decoded), isDirectory);
+    if (!percentDecoded(path)) return std::nullopt;
+    bool isDirectory = path.ends_with('/');
+    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    URL url{std::string(path), isDirectory};
     url.scheme_ = scheme;
     url.host_ = host;
     url.query_ = std::move(query);
@@ -166,7 +198,7 @@ URL URL::withPath(std::string path, bool isDirectory) const {
 }
 
 std::string URL::absoluteString() const {
-    std::string text = scheme_ + "://" + host_ + percentEncoded(path_);
+    std::string text = scheme_ + "://" + host_ + (isFileURL() ? percentEncoded(path_) : path_);
     if (isDirectory_ && path_ != "/") text += '/';
     if (query_) text += "?" + *query_;
     if (fragment_) text += "#" + *fragment_;
@@ -178,6 +210,13 @@ std::string URL::lastPathComponent() const {
     return path_.substr(path_.rfind('/') + 1);
 }
 
+std::optional<std::string> URL::lastPathComponentAsFileName() const {
+    std::string last = path_ == "/" ? "" : lastPathComponent();
+    auto name = isFileURL() ? std::optional<std::string>(last) : decodedForFileSystem(last);
+    if (!name || name->find('\0') != std::string::npos || *name == "." || *name == "..") return std::nullopt;
+    return name;
+}
+
 std::string URL::pathExtension() const {
     std::string last = lastPathComponent();
     std::size_t dot = last.rfind('.');
@@ -186,7 +225,7 @@ std::string URL::pathExtension() const {
 }
 
 URL URL::appendingPathComponent(std::string_view component, bool isDirectory) const {
-    std::string name(component);
+    std::string name = isFileURL() ? std::string(component) : encodedForWebPath(component);
     if (name.size() > 1 && name.back() == '/') isDirectory = true;
     while (!name.empty() && name.back() == '/') name.pop_back();
     while (!name.empty() && name.front() == '/') name.erase(name.begin());
@@ -203,7 +242,8 @@ URL URL::deletingLastPathComponent() const {
 
 URL URL::appendingPathExtension(std::string_view extension) const {
     if (extension.empty() || path_ == "/" || path_.empty()) return *this;
-    return withPath(path_ + "." + std::string(extension), isDirectory_);
+    std::string added = isFileURL() ? std::string(extension) : encodedForWebPath(extension);
+    return withPath(path_ + "." + added, isDirectory_);
 }
 
 URL URL::deletingPathExtension() const {

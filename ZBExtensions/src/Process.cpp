@@ -72,10 +72,12 @@ void Task::launch() {
     setup.arguments = arguments.value_or(std::vector<std::string>{});
     setup.environment = environment;
     if (currentDirectoryURL) setup.directory = currentDirectoryURL->path();
+    if (standardInput) setup.standardInput = standardInput->fileHandleForReading->descriptor();
     if (standardOutput) setup.standardOutput = standardOutput->fileHandleForWriting->descriptor();
     if (standardError) setup.standardError = standardError->fileHandleForWriting->descriptor();
     processId_ = startChildProcess(setup);
     // The child has its copies; ours would keep the pipes from ever ending.
+    if (standardInput) standardInput->fileHandleForReading->close();
     if (standardOutput) standardOutput->fileHandleForWriting->close();
     if (standardError) standardError->fileHandleForWriting->close();
 }
@@ -106,7 +108,11 @@ std::string ProcessError::localizedDescription() const {
 namespace {
 
 void printCommandLine(const Task& task) {
-    if (!task.launchPath || !task.arguments) fatalError("Task run verbosely without a launch path or arguments");
+    if (!task.launchPath || !task.arguments) {
+        // The directory line before it must not die in the buffer with us.
+        std::cout.flush();
+        fatalError("Task run verbosely without a launch path or arguments");
+    }
     std::string line = *task.launchPath + " ";
     for (std::size_t i = 0; i < task.arguments->size(); ++i) line += (i ? " " : "") + (*task.arguments)[i];
     std::cout << line << '\n';
@@ -232,7 +238,8 @@ std::optional<std::string> terminalTitle(const std::string& text) {
 }
 
 void readTitle(const std::shared_ptr<FileHandle>& handle, std::function<void(const std::string&)> handler) {
-    waitForDataInBackgroundAndNotify(handle);
+    // The observer first: data already waiting in the pipe is read at once,
+    // and a chunk posted before the observer is there is lost for good.
     DataAvailableCentre::shared().add([handler = std::move(handler)](const std::shared_ptr<FileHandle>& from,
                                                                      const Data& chunk) {
         waitForDataInBackgroundAndNotify(from);
@@ -240,6 +247,7 @@ void readTitle(const std::shared_ptr<FileHandle>& handle, std::function<void(con
         if (!text) return;
         if (std::optional<std::string> found = terminalTitle(*text)) handler(*found);
     });
+    waitForDataInBackgroundAndNotify(handle);
 }
 
 }  // namespace vantel

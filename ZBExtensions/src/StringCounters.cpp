@@ -28,12 +28,29 @@ ByteRange bytesOf(std::string_view text, RegularExpression::Range range) {
     return {utf8Offset(text, range.location), utf8Offset(text, range.location + range.length)};
 }
 
-std::string repeated(std::string_view text, std::size_t times) {
-    std::string result;
-    result.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i) result += text;
-    return result;
-}
+// Byte offsets of UTF-16 positions that never go back: each one continues
+// from the last, so converting every match of a text stays linear, where
+// utf8Offset would scan from the start each time.
+class ForwardUTF8Offsets {
+public:
+    explicit ForwardUTF8Offsets(std::string_view text) : text_(text) {}
+
+    std::size_t operator()(std::size_t utf16Position) {
+        while (at_ < text_.size()) {
+            DecodedCodePoint next = decodeCodePoint(text_, at_);
+            std::size_t width = next.value > 0xFFFF ? 2 : 1;
+            if (units_ + width > utf16Position) break;
+            units_ += width;
+            at_ += next.length;
+        }
+        return at_;
+    }
+
+private:
+    std::string_view text_;
+    std::size_t at_ = 0;
+    std::size_t units_ = 0;
+};
 
 // A printf integer conversion found in a counter format: where it starts
 // (at '%'), where its length modifier starts, and its conversion letter.
@@ -65,10 +82,10 @@ std::optional<IntegerConversion> integerConversionAt(std::string_view format, st
     return IntegerConversion{start, lengthModifier, at + 1, letter};
 }
 
-// The format's one integer conversion. The format comes from the caller
-// and goes to snprintf, so anything else in it would read arguments that
-// are not there: a programming error.
-IntegerConversion onlyIntegerConversion(std::string_view format) {
+// The format's integer conversion, or none for a format of plain text. The
+// format comes from the caller and goes to snprintf, so anything else in it
+// would read arguments that are not there: a programming error.
+std::optional<IntegerConversion> integerConversionIn(std::string_view format) {
     std::optional<IntegerConversion> found;
     for (std::size_t at = format.find('%'); at != std::string_view::npos; at = format.find('%', at)) {
         if (at + 1 < format.size() && format[at + 1] == '%') {
@@ -78,22 +95,25 @@ IntegerConversion onlyIntegerConversion(std::string_view format) {
         std::optional<IntegerConversion> conversion = integerConversionAt(format, at);
         if (!conversion || found) {
             fatalError("incrementingCounter: the format \"" + std::string(format) +
-                       "\" must hold exactly one integer conversion such as %d");
+                       "\" may hold only one integer conversion such as %d");
         }
         found = conversion;
         at = conversion->end;
     }
-    if (!found) fatalError("incrementingCounter: the format \"" + std::string(format) + "\" has no integer conversion");
-    return *found;
+    return found;
 }
 
 // The value written with the format, its conversion widened to intmax_t
-// whatever length modifier it was given.
+// whatever length modifier it was given. A format without a conversion is
+// written as it stands ("%%" still gives "%"), the value unused.
 std::string formattedCounter(std::string_view format, std::int64_t value) {
-    IntegerConversion conversion = onlyIntegerConversion(format);
-    std::string widened = std::string(format.substr(0, conversion.lengthModifier)) + 'j' + conversion.letter +
-                          std::string(format.substr(conversion.end));
-    bool isSigned = conversion.letter == 'd' || conversion.letter == 'i';
+    std::optional<IntegerConversion> conversion = integerConversionIn(format);
+    std::string widened(format);
+    if (conversion) {
+        widened = std::string(format.substr(0, conversion->lengthModifier)) + 'j' + conversion->letter +
+                  std::string(format.substr(conversion->end));
+    }
+    bool isSigned = !conversion || conversion->letter == 'd' || conversion->letter == 'i';
     auto write = [&](char* buffer, std::size_t size) {
         return isSigned ? std::snprintf(buffer, size, widened.c_str(), static_cast<std::intmax_t>(value))
                         : std::snprintf(buffer, size, widened.c_str(), static_cast<std::uintmax_t>(value));
@@ -163,17 +183,22 @@ Counter nextCounter(std::string_view text, std::int64_t starting, std::int64_t b
 }  // namespace
 
 std::string paddingNumbers(std::string_view text, int width, std::string_view pad) {
-    std::string result(text);
     std::vector<RegularExpression::Match> runs =
         digitRuns().matches(text, 0, graphemeCount(text), RegularExpression::Bounds::withoutAnchoring);
-    // From the last run to the first, so the byte offsets of earlier runs
-    // still hold while later ones grow.
-    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-        ByteRange digits = bytesOf(text, *(*run)[0]);
-        auto length = static_cast<std::int64_t>((*run)[0]->length);
-        if (length >= width) continue;
-        result.insert(digits.begin, repeated(pad, static_cast<std::size_t>(width - length)));
+    std::string result;
+    result.reserve(text.size());
+    ForwardUTF8Offsets byteOffset(text);
+    std::size_t copied = 0;
+    for (const RegularExpression::Match& run : runs) {
+        RegularExpression::Range digits = *run[0];
+        auto missing = static_cast<std::int64_t>(width) - static_cast<std::int64_t>(digits.length);
+        if (missing <= 0) continue;
+        std::size_t start = byteOffset(digits.location);
+        result.append(text.substr(copied, start - copied));
+        for (std::int64_t i = 0; i < missing; ++i) result.append(pad);
+        copied = start;
     }
+    result.append(text.substr(copied));
     return result;
 }
 

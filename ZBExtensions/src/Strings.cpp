@@ -40,7 +40,7 @@ std::string minified(std::string_view text) {
     return result;
 }
 
-std::string_view trimmingWhiteSpace(std::string_view text) { return trimmingCodePoints(text, isSpaceOrTab); }
+std::string trimmingWhiteSpace(std::string_view text) { return std::string(trimmingCodePoints(text, isSpaceOrTab)); }
 
 std::optional<std::string> substring(std::string_view text, std::string_view pattern) {
     std::optional<RegularExpression> expression = RegularExpression::compile(pattern);

@@ -1,6 +1,6 @@
 #include "DocumentLoading.hpp"
 
-#include <ZBExtensions/URLExtensions.hpp>
+#include <Platform/URL.hpp>
 
 #include <array>
 #include <cctype>
@@ -38,8 +38,10 @@ std::string outputStem(const std::string& argument) {
     if (argument == "-") return "stdin";
     if (namesURL(argument)) {
         auto url = URL::fromString(argument);
-        std::string stem = url ? filename(*url) : "";
-        return stem.empty() || stem == "/" ? "index" : stem;
+        if (!url) return "index";  // loading it reports what is wrong
+        std::optional<std::string> stem = url->deletingPathExtension().lastPathComponentAsFileName();
+        if (!stem) throw CLI::ValidationError(argument + ": the address's last path component cannot name a file");
+        return stem->empty() ? "index" : *stem;
     }
     return std::filesystem::path(argument).stem().string();
 }

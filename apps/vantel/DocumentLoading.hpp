@@ -30,7 +30,9 @@ DocumentSource documentSource(const std::string& argument);
 
 // The name an output made from the argument takes, without extension: the
 // file's or the URL's last path component ("shot" for .../shot.aspectratio),
-// "stdin" for "-", and "index" for a web address that names no file.
+// "stdin" for "-", and "index" for a web address that names no file. A
+// last component that decodes to no file name ("a%2Fb", "%00", "..")
+// throws CLI::ValidationError.
 std::string outputStem(const std::string& argument);
 
 // `checks` false only decodes (for commands that describe bad documents too).

@@ -41,34 +41,34 @@ struct ThumbnailOptions {
 // small enough that the bitmap stays cheap.
 constexpr int largestThumbnail = 4096;
 
-// INPUT as file browsers pass it: a file URI (%u) or a path (%i); also a
-// web address, downloaded as `render` does, and "-" for standard input.
-// Other schemes (smb://, trash://) name nothing this command can read.
+// INPUT as file browsers pass it: a file URI (%u) or a path (%i); "-" reads
+// standard input. A web address (or smb://, trash://, ...) names no local
+// file, even when its path is the path of one: it is refused, never read as
+// that path.
 bool looksLikeURI(const std::string& input) {
     return input.starts_with("file:") || input.find("://") != std::string::npos;
 }
 
-std::optional<DocumentSource> inputSource(const std::string& input) {
-    if (!looksLikeURI(input)) return documentSource(input);
-    std::optional<URL> url = URL::fromString(input);
-    if (!url) return std::nullopt;
-    return DocumentSource::url(*url);
-}
-
-// The local file INPUT names, if any: the one file OUTPUT must not be.
 std::optional<std::filesystem::path> inputFile(const std::string& input) {
-    if (input == standardStream) return std::nullopt;
     if (!looksLikeURI(input)) return std::filesystem::path(input);
     std::optional<URL> url = URL::fromString(input);
     if (!url || !url->isFileURL()) return std::nullopt;
     return url->path();
 }
 
+std::optional<DocumentSource> inputSource(const std::string& input) {
+    if (input == standardStream) return DocumentSource::standardInput();
+    std::optional<std::filesystem::path> file = inputFile(input);
+    if (!file) return std::nullopt;
+    return DocumentSource::file(*file);
+}
+
 // Links followed: a link at OUTPUT to the document would replace it too.
 void refuseOverwritingInput(const ThumbnailOptions& options) {
+    if (options.input == standardStream || options.output == standardStream) return;
     std::optional<std::filesystem::path> file = inputFile(options.input);
     std::error_code error;
-    if (file && options.output != standardStream && std::filesystem::equivalent(*file, options.output, error)) {
+    if (file && std::filesystem::equivalent(*file, options.output, error)) {
         throw CLI::ValidationError(options.output.string() + ": is the document being read; choose another output");
     }
 }
@@ -101,7 +101,7 @@ std::optional<Data> drawDocument(const std::string& name, std::shared_ptr<const 
 ExitCode runThumbnail(const ThumbnailOptions& options) {
     std::optional<DocumentSource> source = inputSource(options.input);
     if (!source) {
-        std::cerr << options.input << ": not a file path, nor a file, http or https URI\n";
+        std::cerr << options.input << ": not a file path or a local file URI\n";
         return ExitCode::badUsage;
     }
     refuseOverwritingInput(options);
@@ -139,7 +139,7 @@ CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
         ->check(CLI::Range(1, largestThumbnail))
         ->option_text("N")
         ->group("Output");
-    command->add_option("INPUT", options->input, "The document: a path, a file:// URI or an http(s) URL; - reads standard input")
+    command->add_option("INPUT", options->input, "The document: a path or a file:// URI; - reads standard input")
         ->required()
         ->option_text("INPUT")
         ->group("Input");

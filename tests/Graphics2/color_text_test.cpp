@@ -4,6 +4,8 @@
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
+#include <string>
+
 using vantel::Color;
 using vantel::ColorFormatStyle;
 using vantel::colorFromText;
@@ -26,6 +28,9 @@ TEST(ColorTextTest, RgbNumbersAreClampedNotScaled) {
     EXPECT_EQ(colorFromText("rgb(0.2)"), Color::grey(0.2, 1));
     EXPECT_EQ(colorFromText("rgb(1,,0,0)"), Color::redColor());
     EXPECT_EQ(colorFromText("rgb(1.2.3,0,1,0)"), Color(0, 1, 0, 1));
+    // Past a double's range a number reads as infinity or 0; it is not dropped.
+    std::string huge(400, '9'), tiny = "0." + std::string(400, '0') + "1";
+    EXPECT_EQ(colorFromText("rgb(0," + huge + "," + tiny + ")"), Color(0, 1, 0, 1));
     EXPECT_EQ(colorFromText("rgb()"), Color::black());
     EXPECT_EQ(colorFromText("rgb (1,0,0)"), Color::black());
 }

@@ -102,3 +102,21 @@ TEST(SVGContextTest, WritesIntoMadeFoldersWithTheExtensionRule) {
     EXPECT_THROW(context.writeSVG(blocked / "x.svg"), std::filesystem::filesystem_error);
     std::filesystem::remove(blocked);
 }
+
+// A web address's path or a name that is not one file component would write
+// outside the folder the caller chose.
+TEST(SVGContextTest, WritesOnlyOneFileInsideALocalFolder) {
+    auto folder = std::filesystem::temp_directory_path() / ("svg_context_names_" + std::to_string(::getpid()));
+    auto escaped = folder.string() + "-escaped";
+    SVGContext context(10, 10);
+    URL web = *URL::fromString("https://example.com" + folder.string() + "/web.svg");
+    EXPECT_THROW(context.writeSVG(web), std::filesystem::filesystem_error);
+    EXPECT_THROW(context.writeSVG("web", web.deletingLastPathComponent(), false), std::filesystem::filesystem_error);
+    for (const std::string& name : {escaped, std::string("../escaped"), std::string("sub/a"), std::string("..")}) {
+        EXPECT_THROW(context.writeSVG(name, URL::fileURL(folder, true), false), std::filesystem::filesystem_error)
+            << name;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    EXPECT_FALSE(std::filesystem::exists(escaped + ".svg"));
+    std::filesystem::remove_all(folder);
+}

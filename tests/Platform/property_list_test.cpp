@@ -7,6 +7,8 @@
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <random>
 #include <string>
 
@@ -182,6 +184,20 @@ TEST(PropertyListTest, ScalarsMapOntoCodingValues) {
     EXPECT_EQ(items[4], CodingValue::data({0x00, 0x01, 0xFF}));
     EXPECT_EQ(items[5], CodingValue::real(60.0));  // seconds since 2001
     EXPECT_TRUE(items[6].isNull());
+}
+
+// libplist reads integer text with strtoull in any base and wraps: "1e3"
+// would read as 1 and 2^64 - 1 as -1. Such text is refused where it stands.
+TEST(PropertyListTest, IntegerTextIsPlainDecimalWithinSixtyFourBits) {
+    CodingValue fine = parse("<array><integer> +7\n</integer><integer>-9223372036854775808</integer></array>");
+    EXPECT_EQ(fine.asArray()[0], CodingValue::integer(7));
+    EXPECT_EQ(fine.asArray()[1], CodingValue::integer(std::numeric_limits<std::int64_t>::min()));
+    for (std::string text : {"1e3", "010", "0x10", "18446744073709551615", "-99999999999999999999", "1<!---->2", ""}) {
+        auto error = thrownBy<DecodingError>([&] {
+            return parse("<dict><key>a&amp;b</key><array><dict/><integer>" + text + "</integer></array></dict>");
+        });
+        EXPECT_EQ(std::string(error.what()).find("a&b[1]: Number "), 0u) << text << ": " << error.what();
+    }
 }
 
 TEST(PropertyListTest, KeyedArchiveUIDsReadAsIntegers) {

@@ -60,7 +60,8 @@ TEST(URLTest, WebAddressesKeepHostQueryAndFragment) {
     EXPECT_FALSE(url->isFileURL());
     EXPECT_EQ(url->scheme(), "https");
     EXPECT_EQ(url->host(), "example.com:8443");
-    EXPECT_EQ(url->path(), "/docs/a b.x.png");
+    EXPECT_EQ(url->path(), "/docs/a%20b.x.png");
+    EXPECT_EQ(url->lastPathComponentAsFileName(), "a b.x.png");
     EXPECT_EQ(url->query(), "size=2&x=%C3%BC");
     EXPECT_EQ(url->fragment(), "top");
     EXPECT_EQ(url->absoluteString(), "https://example.com:8443/docs/a%20b.x.png?size=2&x=%C3%BC#top");
@@ -80,4 +81,21 @@ TEST(URLTest, WebAddressesKeepHostQueryAndFragment) {
     EXPECT_EQ(withQuery->path(), "/tmp/x.png");
     EXPECT_EQ(withQuery->query(), "");
     EXPECT_EQ(withQuery->absoluteString(), "file:///tmp/x.png?");
+}
+
+// Decoding a web path and encoding it again would make "x%2Fy" two names and
+// "..%2F" a step up; a file URL cannot hold an escaped "/" or NUL at all.
+TEST(URLTest, WebPathsKeepTheirEscapesAndDecodeOnlyIntoOneFileName) {
+    for (const char* text : {"http://h/a/x%2Fy.png", "http://h/a/..%2f..%2fetc", "http://h/a%00b", "http://h/a/%2e%2E"}) {
+        auto url = URL::fromString(text);
+        ASSERT_TRUE(url) << text;
+        EXPECT_EQ(url->absoluteString(), text);
+        EXPECT_FALSE(url->lastPathComponentAsFileName()) << text;
+    }
+    URL folder = *URL::fromString("http://h/a%2Fb/");
+    EXPECT_EQ(folder.appendingPathComponent("c d%2F100%").absoluteString(), "http://h/a%2Fb/c%20d%2F100%25");
+    EXPECT_EQ(folder.lastPathComponentAsFileName(), std::nullopt);
+    EXPECT_EQ(URL::fromString("http://h/")->lastPathComponentAsFileName(), "");
+    EXPECT_FALSE(URL::fromString("file:///tmp/a%2Fb"));
+    EXPECT_FALSE(URL::fromString("file:///tmp/a%00b"));
 }

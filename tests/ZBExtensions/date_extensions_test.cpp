@@ -27,6 +27,9 @@ TEST(DateExtensionsTest, DifferencesCountWholeUnitsWithTheirSign) {
     EXPECT_EQ(hours(start + 90min, start), 1);
     EXPECT_EQ(minutes(start - 90s, start), -1);
     EXPECT_EQ(seconds(start + 1500ms, start), 1);
+    // More seconds than 32 bits hold.
+    EXPECT_EQ(seconds(noonUTC(2000, 1, 1), noonUTC(1900, 1, 1)), 36524 * 86400LL);
+    EXPECT_EQ(seconds(noonUTC(1900, 1, 1), noonUTC(2000, 1, 1)), -36524 * 86400LL);
     EXPECT_EQ(weeks(start + 20 * 24h, start), 2);
     EXPECT_EQ(weeks(start + 13 * 24h, start), 1);
     EXPECT_EQ(months(noonUTC(2024, 3, 9), start), 1);

@@ -1,9 +1,13 @@
 #include <ZBExtensions/Process.hpp>
 
+#include <Platform/FileIO.hpp>
+
+#include <TestSupport.hpp>
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
 #include <future>
 #include <unistd.h>
 
@@ -38,6 +42,29 @@ TEST(ProcessTest, FailuresCarryBothStreamsAndSayHowTheChildEnded) {
     EXPECT_EQ(killed.localizedDescription(), "exited with uncaught signal: 9");
     EXPECT_EQ(killed.failureReason(), "");
     EXPECT_THROW(run(shell("true"), URL::fileURL("/nonexistent/folder", true), false), std::system_error);
+}
+
+TEST(ProcessTest, StandardInputIsLeftAsConfigured) {
+    auto task = shell("tr a-z A-Z");
+    task->standardInput = std::make_shared<Pipe>();
+    const std::string text = "quiet please";
+    ASSERT_EQ(write(task->standardInput->fileHandleForWriting->descriptor(), text.data(), text.size()),
+              static_cast<ssize_t>(text.size()));
+    task->standardInput->fileHandleForWriting->close();
+    EXPECT_EQ(run(task, false).responseString(), "QUIET PLEASE");
+}
+
+TEST(ProcessDeathTest, VerboseLinesReachTheOutputBeforeAFatalStop) {
+    vantel::testing::TemporaryFolder folder;
+    const std::string captured = (folder / "stdout.txt").string();
+    EXPECT_DEATH(
+        {
+            if (std::freopen(captured.c_str(), "w", stdout) == nullptr) std::abort();
+            run(std::make_shared<Task>(), std::nullopt, true);
+        },
+        "without a launch path");
+    Data written = readData(std::filesystem::path(captured));
+    EXPECT_EQ(std::string(written.begin(), written.end()), "Working path not set\n");
 }
 
 TEST(ProcessTest, VerboseLinesAndTheWorkingDirectory) {
@@ -91,4 +118,24 @@ TEST(ProcessTest, TerminalTitlesFromAWatchedHandle) {
     ASSERT_EQ(secondFound.wait_for(std::chrono::seconds(5)), std::future_status::ready);
     EXPECT_EQ(secondFound.get(), "link");
     pipe.fileHandleForWriting->close();  // ends the background reader
+}
+
+TEST(ProcessDeathTest, TitlesAlreadyWaitingInThePipeAreReported) {
+    // The observer must be in place before the reader posts its first chunk:
+    // a chunk posted to no one is gone. The race is closest on the first
+    // call in a fresh process, so each try is a process of its own.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto reportsTheWaitingTitle = [] {
+        Pipe pipe;
+        const std::string chunk = "\033]0;waiting\007";
+        auto written = write(pipe.fileHandleForWriting->descriptor(), chunk.data(), chunk.size());
+        if (written != static_cast<ssize_t>(chunk.size())) _exit(2);
+        pipe.fileHandleForWriting->close();
+        std::promise<void> heard;
+        readTitle(pipe.fileHandleForReading, [&heard](const std::string&) { heard.set_value(); });
+        _exit(heard.get_future().wait_for(std::chrono::seconds(2)) == std::future_status::ready ? 0 : 1);
+    };
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        EXPECT_EXIT(reportsTheWaitingTitle(), ::testing::ExitedWithCode(0), "") << "attempt " << attempt;
+    }
 }

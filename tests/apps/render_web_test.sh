@@ -2,7 +2,8 @@
 # http(s) documents: `vantel render`, `info` and `validate` read a document
 # from a local web server on 127.0.0.1 (started here, never the internet).
 # A served document renders like the same file read from disk and takes its
-# --out-dir name from the address; a 9 MiB one is stopped while downloading
+# --out-dir name from the address (an escaped "/" in it is refused, and the
+# path is fetched as written); a 9 MiB one is stopped while downloading
 # with the limit in the message; a 404 and a refused connection get one line
 # naming the address and the exit code of an unreadable file; nothing is
 # written for a failure.
@@ -14,6 +15,8 @@ site="$WORK/site"
 mkdir -p "$site"
 cp "$EXAMPLES/sample.aspectratio" "$site/sample.aspectratio"
 "$PYTHON" -c 'import sys; open(sys.argv[1], "wb").write(b"<" * (9 << 20))' "$site/huge.aspectratio"
+# /stream/ serves the file named by the last part of the path as requested.
+cp "$EXAMPLES/portrait-binary.aspectratio" "$site/x%2Fsample.aspectratio"
 
 "$PYTHON" "$SOURCE_DIR/tests/support/http_server.py" "$site" >"$WORK/port" &
 server=$!
@@ -33,6 +36,17 @@ expect_exit 0 "render --out-dir from http" "$VANTEL" render "$web/sample.aspectr
 expect_exit 0 "validate from http" "$VANTEL" validate "$web/sample.aspectratio"
 expect_exit 0 "info from http" "$VANTEL" info "$web/sample.aspectratio"
 grep -q "1920" "$WORK/stdout" || fail "info from http does not describe the canvas: $(cat "$WORK/stdout")"
+
+# The path goes out as written: an escaped "/" stays inside one name. As an
+# --out-dir name it names no file and is refused before anything is fetched.
+"$VANTEL" render "$EXAMPLES/portrait-binary.aspectratio" -o "$WORK/portrait.png"
+expect_exit 0 "escaped slash" "$VANTEL" render "$web/stream/x%2Fsample.aspectratio" -o "$WORK/escaped.png"
+cmp -s "$WORK/portrait.png" "$WORK/escaped.png" || fail "an escaped slash in the path fetched another document"
+for path in /x%2Fsample.aspectratio /a%00.aspectratio /a/..%2F..%2Fb.aspectratio; do
+  expect_exit 2 "--out-dir name from $path" "$VANTEL" render "$web$path" --out-dir "$WORK/unnamed"
+  expect_one_error_line "--out-dir name from $path" "$web$path: " "cannot name a file"
+done
+[ ! -e "$WORK/unnamed" ] || fail "a refused --out-dir name left files: $(find "$WORK/unnamed")"
 
 # Failures: the line names the address; no output appears.
 for path in /huge.aspectratio /stream/huge.aspectratio; do

@@ -80,11 +80,14 @@ public:
     std::string svgString(bool pretty = false) const;
 
     // Pretty printed, the folder made first, written atomically; failures
-    // throw std::filesystem::filesystem_error.
+    // throw std::filesystem::filesystem_error. Only file URLs are written:
+    // a web address throws before anything is made.
     void writeSVG(const URL& url) const;
     void writeSVG(const std::filesystem::path& path) const;
     // folder[/SVG]/name, with ".svg" appended unless the name's extension
-    // is exactly "svg" (so "plan.SVG" becomes "plan.SVG.svg").
+    // is exactly "svg" (so "plan.SVG" becomes "plan.SVG.svg"). The name is
+    // one file inside the folder: empty, ".", "..", or holding "/" or NUL,
+    // it throws.
     void writeSVG(std::string_view name, const URL& folder, bool includeSubDir) const;
 
 private:

@@ -16,7 +16,8 @@ struct ChildProcessSetup {
     std::vector<std::string> arguments;              // without the program's own name
     std::optional<std::vector<std::string>> environment;  // "NAME=value"; absent: this process's
     std::optional<std::filesystem::path> directory;  // absent: this process's
-    int standardOutput = -1;                         // descriptors for the child; -1 keeps ours
+    int standardInput = -1;                          // descriptors for the child; -1 keeps ours
+    int standardOutput = -1;
     int standardError = -1;
 };
 

@@ -3,7 +3,10 @@
 // File and web addresses. A file URL is an absolute path, marked as a
 // directory or not, written as a percent-encoded "file://" address; a web URL
 // is "http://" or "https://" with a host, a path, and an optional query and
-// fragment. Paths are held decoded and encoded again when written.
+// fragment. A file URL holds its path decoded, as the file system names it.
+// A web address keeps its path percent-encoded as written: decoding and
+// encoding again would turn an escaped "/" into a separator and fetch
+// another resource. Its path is decoded only to name a local file.
 
 #include <filesystem>
 #include <optional>
@@ -16,7 +19,8 @@ class URL {
 public:
     // A relative path is taken from the current directory.
     static URL fileURL(const std::filesystem::path& path, bool isDirectory = false);
-    // "file:///a%20b/c" (percent-decoded; host empty or "localhost") or a plain
+    // "file:///a%20b/c" (percent-decoded; host empty or "localhost"; an
+    // escaped "/" or NUL is refused, no file name holds one) or a plain
     // path; a trailing slash marks a directory. "http://host[:port]/path" and
     // "https://..." with an optional "?query" and "#fragment" (kept as
     // written); a "?" or "#" in a file URL starts those too, in a plain path
@@ -32,18 +36,25 @@ public:
     const std::optional<std::string>& fragment() const { return fragment_; }  // percent-encoded
 
     // The path without a trailing slash ("/" for the root; empty for a web
-    // address with no path at all).
+    // address with no path at all): decoded for a file URL, percent-encoded
+    // for a web address.
     std::filesystem::path path() const { return path_; }
     bool hasDirectoryPath() const { return isDirectory_; }
     // "file:///a%20b/c", with a trailing slash for directories.
     std::string absoluteString() const;
 
-    std::string lastPathComponent() const;  // "/" for the root
+    std::string lastPathComponent() const;  // "/" for the root; as path() holds it
+    // The last component decoded, to name a local file; empty for the root
+    // or no path. Nothing when it decodes to no file name: an escaped "/" or
+    // NUL, "." or "..".
+    std::optional<std::string> lastPathComponentAsFileName() const;
     // What follows the last dot of the last component; empty when there is
     // none or the component starts with its only dot (".profile").
     std::string pathExtension() const;
 
-    // The path operations keep a web address's query and fragment.
+    // The path operations keep a web address's query and fragment. Text
+    // added to a web address is percent-encoded where a path cannot hold it
+    // as it is; escapes already in it are kept.
     URL appendingPathComponent(std::string_view component, bool isDirectory = false) const;
     URL deletingLastPathComponent() const;  // a directory; the root stays the root
     // An empty extension changes nothing.

@@ -63,7 +63,12 @@ public:
     std::optional<std::vector<std::string>> arguments;
     std::optional<std::vector<std::string>> environment;  // "NAME=value"; absent: inherited
     std::optional<URL> currentDirectoryURL;
-    std::shared_ptr<Pipe> standardOutput;  // absent: inherited
+    // Absent: inherited. run() replaces the output and error pipes but leaves
+    // standard input as configured: write what the program should read into
+    // its writing end (and close that end, or the program waits for more).
+    // The task closes its copy of the reading end once the program starts.
+    std::shared_ptr<Pipe> standardInput;
+    std::shared_ptr<Pipe> standardOutput;
     std::shared_ptr<Pipe> standardError;
 
     // Throws std::system_error when the program cannot be started.

@@ -40,9 +40,10 @@ void padNumbers(std::string& text, int width, std::string_view pad);
 // the delimiter taken as regular-expression syntax as it stands. Without a
 // counter (or with one that is not a number once the delimiter's characters
 // are trimmed from it) the text gets `starting` appended. The new value is
-// written with `format`, which must hold exactly one integer conversion
-// ("%d", "%03d", "%x", ...); any other format is a programming error and
-// stops the process, as does a counter that overflows.
+// written with `format`, which may hold at most one integer conversion
+// ("%d", "%03d", "%x", ...) and is written as it stands without one
+// ("plain" gives "plain"); any other conversion, or a second one, is a
+// programming error and stops the process, as does a counter that overflows.
 std::string incrementingCounter(std::string_view text, std::int64_t starting = 1, std::int64_t by = 1,
                                 std::string_view format = "%d", std::string_view delimiter = "-");
 void incrementCounter(std::string& text, std::int64_t starting = 1, std::int64_t by = 1, std::string_view format = "%d",
@@ -53,7 +54,8 @@ std::string minified(std::string_view text);
 
 // The text without leading and trailing spaces and tabs (the space
 // separators); line breaks are not trimmed, so a trailing newline stays.
-std::string_view trimmingWhiteSpace(std::string_view text);
+// A copy, not a view: the argument is often a temporary.
+std::string trimmingWhiteSpace(std::string_view text);
 
 inline bool isNotEmpty(std::string_view text) { return !text.empty(); }
 inline std::string orEmpty(const std::optional<std::string>& text) { return text.value_or(std::string()); }

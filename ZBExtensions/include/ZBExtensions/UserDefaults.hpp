@@ -1,10 +1,12 @@
 #pragma once
 
 // A small persisted store of settings: a property-list dictionary in one
-// file, rewritten atomically on every change. Remembered file locations are
-// kept as file URLs that must still lead somewhere when read back, standing
-// in for the security-scoped bookmarks of sandboxed desktops. Every failure
-// reads as absence; nothing here throws.
+// file, rewritten atomically on every change under a lock (threads and
+// processes changing one store keep each other's keys), through the link
+// when the file is a symbolic link. Remembered file locations are kept as
+// file URLs that must still lead somewhere when read back, standing in for
+// the security-scoped bookmarks of sandboxed desktops. Every failure to read
+// or write reads as absence; only standard() throws.
 
 #include <Platform/URL.hpp>
 
@@ -18,8 +20,9 @@ class UserDefaults {
 public:
     explicit UserDefaults(std::filesystem::path file) : file_(std::move(file)) {}
 
-    // $XDG_CONFIG_HOME/vantel/defaults.plist, or ~/.config/vantel/... when
-    // XDG_CONFIG_HOME is unset or not absolute.
+    // $XDG_CONFIG_HOME/vantel/defaults.plist, or $HOME/.config/vantel/...
+    // when XDG_CONFIG_HOME is unset or not absolute. Throws
+    // std::runtime_error when neither is an absolute path.
     static UserDefaults standard();
 
     const std::filesystem::path& file() const { return file_; }

@@ -186,6 +186,17 @@ case("grid-payload-huge", replaced("ratios", 0, "columnType", {"divisor": {"_0":
      r"ratios\[0\]\.columnType\.divisor\._0: Number 1e\+300 does not fit in Int\.")
 case("grid-payload-nan", replaced("ratios", 0, "columnType", {"pixels": {"_0": NAN}}),
      r"ratios\[0\]\.columnType\.pixels\._0: Number nan does not fit in Int\.", fmt=BINARY)
+# Whole numbers that a 64-bit integer does not hold, or text that is not one,
+# would otherwise wrap or be read only up to the first odd character.
+case("grid-payload-beyond-int64-binary", replaced("ratios", 0, "columnType", {"divisor": {"_0": 2**64 - 1}}),
+     r"ratios\[0\]\.columnType\.divisor\._0: Number 1\.8446744073709552e\+19 does not fit in Int\.", fmt=BINARY)
+case("grid-payload-beyond-int64", replaced("ratios", 0, "columnType", {"divisor": {"_0": 2**64 - 1}}),
+     r"ratios\[0\]\.columnType\.divisor\._0: Number 18446744073709551615 is not a whole number that fits in Int\.")
+WIDE = plistlib.dumps(replaced("ratios", 0, "columnType", {"divisor": {"_0": 2**64 - 1}}), fmt=BINARY)
+case("grid-payload-wider-than-64-bits-binary", WIDE.replace(b"\x14" + bytes(8), b"\x14\x01" + bytes(7), 1),
+     NOT_A_PLIST + r" The binary property list holds a whole number wider than 64 bits\.")
+case("grid-payload-exponent-text", SAMPLE_XML.replace(b"<integer>3</integer>", b"<integer>1e3</integer>", 1),
+     r"ratios\[0\]\.rowType\.divisor\._0: Number 1e3 is not a whole number that fits in Int\.")
 case("grid-no-case", replaced("ratios", 0, "rowType", {}),
      r"ratios\[0\]\.rowType: Invalid number of keys found, expected one\.")
 case("grid-unknown-case", replaced("ratios", 0, "rowType", {"lines": {"_0": 3}}),
