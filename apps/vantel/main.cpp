@@ -3,6 +3,7 @@
 #include "UsageErrors.hpp"
 
 #include <CoreGraphicsRendering/DrawingLibraries.hpp>
+#include <Platform/TemporaryFiles.hpp>
 
 #include <algorithm>
 #include <csignal>
@@ -96,6 +97,13 @@ int main(int argc, char** argv) {
     // A reader that closes the pipe early (`vantel render ... -o - | head`)
     // ends the write with an error the command handles, not a signal.
     std::signal(SIGPIPE, SIG_IGN);
+    // Past a file-size limit (ulimit -f) a write then fails with EFBIG, which
+    // the command reports like any other write error, its temporary file
+    // removed, instead of being killed with the file left behind.
+    std::signal(SIGXFSZ, SIG_IGN);
+    // Ctrl+C and SIGTERM remove the temporary files of outputs and downloads
+    // under way, on every thread.
+    vantel::installSignalCleanup();
     CLI::App app{"vantel: preview, render and check overlay documents"};
     app.formatter(makeHelpFormatter());
     app.set_version_flag("--version", versionText, "Print the version of vantel and its libraries");

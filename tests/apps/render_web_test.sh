@@ -63,7 +63,9 @@ expect_exit 3 "https to http" "$VANTEL" render "${web/http:/https:}/sample.aspec
 expect_one_error_line "https to http" "${web/http:/https:}/sample.aspectratio: " "cannot download: the TLS handshake failed \(is it an http server\?\)$"
 expect_exit 3 "bad address" "$VANTEL" render "http://127.0.0.1/a b.aspectratio" -o "$WORK/bad.png"
 expect_one_error_line "bad address" "http://127.0.0.1/a b.aspectratio: " "not a valid"
-for name in huge missing refused tls bad; do
+expect_exit 3 "missing TMPDIR" env TMPDIR="$WORK/absent" "$VANTEL" render "$web/sample.aspectratio" -o "$WORK/tmpdir.png"
+expect_one_error_line "missing TMPDIR" "$web/sample.aspectratio: " "temporary folder $WORK/absent"
+for name in huge missing refused tls bad tmpdir; do
   [ ! -e "$WORK/$name.png" ] || fail "a failed download left $name.png"
 done
 leftovers=$(find "$TMPDIR" -mindepth 1 | wc -l)
