@@ -1,7 +1,9 @@
 #include <Platform/TemporaryFiles.hpp>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <signal.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -35,6 +37,12 @@ std::array<std::atomic<Entry*>, slotCount> slots{};
 // its loads, and a release's exchange before its check of the flag.
 std::atomic<bool> cleaningUp{false};
 
+// Threads between registering a file and having made it. The handler waits
+// for them before it removes anything, or a file made just after it looked
+// would outlive the process. A thread keeps the signals blocked meanwhile,
+// so the handler never waits for the thread it runs on.
+std::atomic<int> creating{0};
+
 static_assert(std::atomic<Entry*>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
               "the signal handler may only use lock-free atomics");
 
@@ -60,8 +68,14 @@ Entry* newEntry(int fd, const char* path) {
 }
 
 // Only async-signal-safe calls from here on.
+void waitForCreations() {
+    const timespec pause{0, 1000000};
+    for (int waited = 0; creating.load() > 0 && waited < 2000; ++waited) ::nanosleep(&pause, nullptr);
+}
+
 extern "C" void cleanUpAndExit(int signal) {
     cleaningUp.store(true);
+    waitForCreations();
     for (std::atomic<Entry*>& slot : slots) {
         const Entry* entry = slot.load();
         if (entry == nullptr) continue;
@@ -102,24 +116,53 @@ void CleanupOnSignal::release() noexcept {
     if (!cleaningUp.load()) std::free(entry);
 }
 
-int createRemovedOnSignal(const std::filesystem::path& path, int flags, unsigned mode, CleanupOnSignal& cleanup) {
-    cleanup = CleanupOnSignal::removing(path);
-    int fd = ::open(path.c_str(), flags | O_CREAT | O_EXCL, static_cast<mode_t>(mode));
-    // The handler may have looked at the slots before the file existed: then
-    // it is this thread's to remove, and nothing more is made here before
-    // the handler ends the process.
-    if (fd >= 0 && cleaningUp.load()) {
-        ::unlink(path.c_str());
-        for (;;) ::pause();
+namespace {
+
+sigset_t cleanupSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
+    return signals;
+}
+
+// Counts the calling thread in `creating` with the cleanup signals blocked,
+// for as long as it lives.
+class CreationInProgress {
+public:
+    CreationInProgress() {
+        sigset_t signals = cleanupSignals();
+        pthread_sigmask(SIG_BLOCK, &signals, &previous_);
+        creating.fetch_add(1);
     }
-    return fd;
+    ~CreationInProgress() {
+        creating.fetch_sub(1);
+        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+    }
+    CreationInProgress(const CreationInProgress&) = delete;
+    CreationInProgress& operator=(const CreationInProgress&) = delete;
+
+private:
+    sigset_t previous_{};
+};
+
+}  // namespace
+
+int createRemovedOnSignal(const std::filesystem::path& path, int flags, unsigned mode, CleanupOnSignal& cleanup) {
+    {
+        CreationInProgress creation;
+        if (!cleaningUp.load()) {
+            cleanup = CleanupOnSignal::removing(path);
+            return ::open(path.c_str(), flags | O_CREAT | O_EXCL, static_cast<mode_t>(mode));
+        }
+    }
+    // The process is ending: make nothing more that would need removing.
+    for (;;) ::pause();
 }
 
 void installSignalCleanup() {
     struct sigaction action {};
     action.sa_handler = cleanUpAndExit;
-    sigemptyset(&action.sa_mask);
-    for (int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&action.sa_mask, signal);
+    action.sa_mask = cleanupSignals();
     for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction previous {};
         if (::sigaction(signal, nullptr, &previous) == 0 && previous.sa_handler == SIG_IGN) continue;
