@@ -23,6 +23,7 @@ complete -c vantel -n "__fish_seen_subcommand_from render" -s w -l width -x -d '
 complete -c vantel -n "__fish_seen_subcommand_from render" -l height -x -d 'The output height'
 complete -c vantel -n "__fish_seen_subcommand_from render" -s z -l zoom -x -d 'Scale the canvas by this factor'
 complete -c vantel -n "__fish_seen_subcommand_from render thumbnail" -l background -x -d 'Replace the canvas background'
+complete -c vantel -n "__fish_seen_subcommand_from render thumbnail" -l flatten -d 'Lay the picture onto an opaque colour (white)'
 complete -c vantel -n "__fish_seen_subcommand_from render" -l stretch -d 'Fill --width x --height exactly'
 complete -c vantel -n "__fish_seen_subcommand_from render" -s j -l jobs -x -d 'Documents rendered at once'
 

@@ -1,6 +1,7 @@
 #include "GuideExpression.hpp"
 
-#include "ColorChoice.hpp"
+#include "CSSColor.hpp"
+#include "UsageErrors.hpp"
 
 #include <CLI/CLI.hpp>
 #include <OverlayGenerator/DocumentCheck.hpp>
@@ -62,8 +63,8 @@ std::int64_t gridCount(std::string_view text, std::string_view word) {
 }
 
 Color colorValue(std::string_view value, std::string_view word) {
-    if (std::optional<Color> color = colorFromOption(std::string(value))) return *color;
-    throw ExpressionError("bad colour \"" + std::string(word) + "\"; give " + colorFormsHelp);
+    if (std::optional<Color> color = cssColor(value)) return *color;
+    throw ExpressionError("bad colour \"" + std::string(word) + "\"; give a name, #rrggbb, rgb(), rgba(), hsl() or transparent");
 }
 
 double weightValue(std::string_view value, std::string_view word) {
@@ -136,7 +137,7 @@ GuideExpression parseGuideExpression(const std::string& text, std::size_t earlie
     try {
         return parsedExpression(text, earlierGuides);
     } catch (const ExpressionError& error) {
-        throw CLI::ValidationError("--guide '" + text + "': " + error.reason);
+        throw CLI::ValidationError("--guide " + quotedOnOneLine(text) + ": " + error.reason);
     }
 }
 

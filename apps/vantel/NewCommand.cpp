@@ -1,17 +1,18 @@
 // vantel new [--preset NAME | --guide EXPR...] [--canvas WxH] [--margin N]
 //            [--background COLOR] [--binary] [--force] -o FILE
 
-#include "ColorChoice.hpp"
+#include "BackgroundOption.hpp"
 #include "CommandRegistry.hpp"
 #include "DocumentLoading.hpp"
 #include "GuideExpression.hpp"
 #include "HelpFormat.hpp"
 #include "NewDocument.hpp"
+#include "RenderOutput.hpp"
+#include "UsageErrors.hpp"
 
 #include <OverlayGenerator/DocumentCheck.hpp>
 #include <Platform/FileIO.hpp>
 
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 
@@ -24,7 +25,7 @@ struct NewOptions {
     std::vector<std::string> guides;
     std::string canvas = "1920x1080";
     int margin = 40;
-    std::string background = "black";
+    std::optional<std::string> background;
     bool binary = false;
     bool force = false;
     std::string output;
@@ -34,7 +35,8 @@ int canvasSide(const std::string& text, std::size_t from, std::size_t to) {
     const std::string digits = text.substr(from, to - from);
     if (digits.empty() || digits.size() > 5 || digits.find_first_not_of("0123456789") != std::string::npos ||
         std::stoi(digits) == 0) {
-        throw CLI::ValidationError("--canvas '" + text + "': give WIDTHxHEIGHT in whole pixels, such as 3840x2160");
+        throw CLI::ValidationError("--canvas " + quotedOnOneLine(text) +
+                                   ": give WIDTHxHEIGHT in whole pixels, such as 3840x2160");
     }
     return std::stoi(digits);
 }
@@ -43,11 +45,6 @@ Size canvasSize(const std::string& text, int margin) {
     const std::size_t cross = text.find('x');
     const int width = canvasSide(text, 0, cross);
     return Size(width, canvasSide(text, cross + 1, text.size()), margin);
-}
-
-Color backgroundColor(const std::string& text) {
-    if (std::optional<Color> color = colorFromOption(text)) return *color;
-    throw CLI::ValidationError("--background '" + text + "': not a colour; give " + colorFormsHelp);
 }
 
 std::vector<AspectRatio> chosenGuides(const NewOptions& options) {
@@ -60,7 +57,7 @@ std::vector<AspectRatio> chosenGuides(const NewOptions& options) {
 // Options can combine into a document nothing can draw (a margin wider than
 // the canvas, a grid finer than a pixel); that is refused like bad options.
 OverlayGen checkedDocument(const NewOptions& options) {
-    OverlayGen document(canvasSize(options.canvas, options.margin), backgroundColor(options.background),
+    OverlayGen document(canvasSize(options.canvas, options.margin), chosenBackground(options.background).value_or(Color::black()),
                         chosenGuides(options));
     const std::vector<DocumentProblem> problems = checkDocument(document);
     if (!problems.empty()) throw CLI::ValidationError("the document could not be drawn: " + problems.front().text());
@@ -68,14 +65,8 @@ OverlayGen checkedDocument(const NewOptions& options) {
 }
 
 ExitCode writeDocument(const Data& bytes, const std::string& output) {
-    if (output == "-") {
-        if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0) {
-            reportProblems({"standard output: cannot write"});
-            return ExitCode::ioFailure;
-        }
-        return ExitCode::ok;
-    }
     try {
+        if (output == standardStream) return writeToStandardOutput(bytes) ? ExitCode::ok : ExitCode::ioFailure;
         writeDataAtomically(bytes, std::filesystem::path(output));
     } catch (const std::filesystem::filesystem_error& failure) {
         reportProblems({output + ": cannot write: " + fileErrorReason(failure)});
@@ -86,7 +77,7 @@ ExitCode writeDocument(const Data& bytes, const std::string& output) {
 
 ExitCode runNew(const NewOptions& options) {
     std::error_code error;
-    if (!options.force && options.output != "-" && std::filesystem::exists(options.output, error)) {
+    if (!options.force && options.output != standardStream && std::filesystem::exists(options.output, error)) {
         throw CLI::ValidationError(options.output + ": already exists; give --force to replace it");
     }
     return writeDocument(encodeNewDocument(checkedDocument(options), options.binary), options.output);
@@ -100,7 +91,7 @@ const char* const newFooter =
     "16:9 with a 20 x 20 grid whose outermost lines bound the 90 % title area (a\n"
     "guide cannot be a share of its parent, so the 93 % action area has no line).\n"
     "A guide is RATIO [KEY=VALUE | clear | noclear]..., RATIO as 16:9, 2.39:1 or\n"
-    "2.39; keys: color= and fill= (a colour), weight= (the stroke width, default\n"
+    "2.39; keys: color= and fill= (a CSS colour), weight= (the stroke width, default\n"
     "2), grid=RxC (R rows and C columns of equal parts), grid-px=N (a line every\n"
     "N pixels), in=N (nest inside the N-th guide given, which comes earlier).\n"
     "clear (the default) erases what lies beneath the guide before it is drawn.\n"
@@ -127,7 +118,7 @@ void addDocumentOptions(CLI::App* sub, NewOptions& options) {
         ->check(CLI::Range(0, 32767))
         ->option_text("N")
         ->group("Document");
-    sub->add_option("--background", options.background, std::string("the canvas colour: ") + colorFormsHelp)
+    sub->add_option("--background", options.background, "the canvas colour, a CSS colour such as navy, #121218 or rgb(18,18,24) (default: black)")
         ->option_text("COLOR")
         ->group("Document");
 }
@@ -138,7 +129,7 @@ CommandRegistration registration(50, [](CLI::App& app, ExitCode& result) {
     setUsageForms(sub, {"vantel new [--preset NAME] [OPTIONS] -o FILE",
                         "vantel new --guide EXPR [--guide EXPR...] [OPTIONS] -o FILE"});
     sub->footer(newFooter);
-    sub->add_option("-o,--output", options->output, "the document to write (.aspectratio), - for standard output")
+    sub->add_option("-o,--output", options->output, "the document to write (.aspectratio); - writes it to standard output")
         ->required()
         ->option_text("FILE")
         ->group("Output");
