@@ -17,6 +17,13 @@ namespace {
 
 constexpr std::string_view ratioSign = "\u2236";
 
+// The part of an expression an error is about, in double quotes on one line.
+std::string quotedPart(std::string_view part) {
+    std::string text = quotedOnOneLine(part);
+    text.front() = text.back() = '"';
+    return text;
+}
+
 class ExpressionError {
 public:
     explicit ExpressionError(std::string reason) : reason(std::move(reason)) {}
@@ -36,7 +43,7 @@ std::optional<Number> wholeNumber(std::string_view text) {
 double ratioSide(std::string_view text, std::string_view ratio) {
     const std::optional<double> side = wholeNumber<double>(text);
     if (!side || !std::isfinite(*side) || *side <= 0 || *side > DrawingLimits::maxRatioSide) {
-        throw ExpressionError("bad ratio \"" + std::string(ratio) + "\"; give W:H with positive numbers, such as 16:9 or 2.39");
+        throw ExpressionError("bad ratio " + quotedPart(ratio) + "; give W:H with positive numbers, such as 16:9 or 2.39");
     }
     return *side;
 }
@@ -53,7 +60,7 @@ std::pair<double, double> ratioSides(std::string_view text) {
 }
 
 ExpressionError badGrid(std::string_view word) {
-    return ExpressionError("bad grid \"" + std::string(word) + "\"; give grid=RxC or grid-px=N with whole numbers from 1");
+    return ExpressionError("bad grid " + quotedPart(word) + "; give grid=RxC or grid-px=N with whole numbers from 1");
 }
 
 std::int64_t gridCount(std::string_view text, std::string_view word) {
@@ -64,13 +71,13 @@ std::int64_t gridCount(std::string_view text, std::string_view word) {
 
 Color colorValue(std::string_view value, std::string_view word) {
     if (std::optional<Color> color = cssColor(value)) return *color;
-    throw ExpressionError("bad colour \"" + std::string(word) + "\"; give a name, #rrggbb, rgb(), rgba(), hsl() or transparent");
+    throw ExpressionError("bad colour " + quotedPart(word) + "; give a name, #rrggbb, rgb(), rgba(), hsl() or transparent");
 }
 
 double weightValue(std::string_view value, std::string_view word) {
     const std::optional<double> weight = wholeNumber<double>(value);
     if (!weight || !std::isfinite(*weight) || *weight < 0) {
-        throw ExpressionError("bad weight \"" + std::string(word) + "\"; give a number from 0");
+        throw ExpressionError("bad weight " + quotedPart(word) + "; give a number from 0");
     }
     return *weight;
 }
@@ -78,7 +85,7 @@ double weightValue(std::string_view value, std::string_view word) {
 std::size_t parentValue(std::string_view value, std::string_view word, std::size_t earlierGuides) {
     const std::optional<std::size_t> parent = wholeNumber<std::size_t>(value);
     if (!parent || *parent < 1 || *parent > earlierGuides) {
-        throw ExpressionError("\"" + std::string(word) + "\" names no earlier guide; there " +
+        throw ExpressionError(quotedPart(word) + " names no earlier guide; there " +
                               (earlierGuides == 1 ? "is 1" : "are " + std::to_string(earlierGuides)) +
                               " before this one");
     }
@@ -107,7 +114,7 @@ void applyWord(GuideExpression& expression, std::string_view word, std::size_t e
     else if (key == "grid") applyGrid(guide, value, word);
     else if (key == "grid-px") guide.rowType = guide.columnType = GridType::pixels(gridCount(value, word));
     else if (key == "in") expression.parent = parentValue(value, word, earlierGuides);
-    else throw ExpressionError("unknown key \"" + std::string(key) + "\"");
+    else throw ExpressionError("unknown key " + quotedPart(key));
 }
 
 GuideExpression parsedExpression(const std::string& text, std::size_t earlierGuides) {
