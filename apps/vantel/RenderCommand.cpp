@@ -34,6 +34,7 @@ struct RenderOptions {
     unsigned jobs = 0;  // 0: one per core
     SizeRequest size;
     std::string background;
+    FrameLineOptions frameLines;
 };
 
 struct RenderJob {
@@ -171,7 +172,7 @@ RenderOptions inNaturalOrder(RenderOptions options) {
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     checkSizeRequest(options.size);
-    const DrawingChoices choices{options.size, chosenBackground(options.background)};
+    const DrawingChoices choices{options.size, chosenBackground(options.background), options.frameLines};
     const OutputFormat format = chosenFormat(options);
     checkOneOutputForMany(options, format);
     if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options, choices);
@@ -257,6 +258,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     addOutputOptions(*sub, *options);
     addSizeOptions(*sub, *options);
     addBackgroundOption(*sub, options->background);
+    addFrameLineOptions(*sub, options->frameLines);
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
         ->check(CLI::Range(1u, 1024u))
         ->option_text("N")

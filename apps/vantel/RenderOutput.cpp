@@ -1,6 +1,7 @@
 #include "RenderOutput.hpp"
 
 #include "DocumentLoading.hpp"
+#include "FDLDrawing.hpp"
 
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
@@ -146,10 +147,18 @@ RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, c
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
                          const OutputFormat& format, const DrawingChoices& choices) {
-    DocumentSource source = documentSource(input);
+    CommandInput read = readCommandInput(input.string());
+    if (read.unreadable) return {read.unreadable->failure, std::move(read.unreadable->problems)};
+    if (read.framingDecisionList) return renderFramingDecisionList(read, output, format, choices);
+    const DocumentSource& source = read.source;
     CommandDocument loaded = readDocument(source, true, choices.background);
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
     return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices.size); });
+}
+
+RenderOutcome writeEncoded(const std::string& name, const std::filesystem::path& output,
+                           const std::function<Data()>& encode) {
+    return encodeAndWrite(name, output, encode);
 }
 
 }  // namespace vantel::cli

@@ -6,6 +6,7 @@
 // place. Whatever fails leaves an earlier output untouched.
 
 #include "CommandRegistry.hpp"
+#include "FrameLineOptions.hpp"
 #include "OutputFormat.hpp"
 #include "OutputSize.hpp"
 
@@ -13,6 +14,7 @@
 #include <Platform/Data.hpp>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +30,7 @@ inline const std::filesystem::path standardStream = "-";
 struct DrawingChoices {
     SizeRequest size;
     std::optional<Color> background;
+    FrameLineOptions frameLines;  // for framing decision lists
 };
 
 struct RenderOutcome {
@@ -47,6 +50,11 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 // before anything is written; a bad one fails the whole file. Never throws.
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
                              const DrawingChoices& choices = {});
+
+// The bytes `encode` makes, written to `output` as every rendering is; what
+// `encode` throws becomes NAME's line. Never throws.
+RenderOutcome writeEncoded(const std::string& name, const std::filesystem::path& output,
+                           const std::function<Data()>& encode);
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,

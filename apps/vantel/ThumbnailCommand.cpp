@@ -12,6 +12,7 @@
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
+#include "FDLDrawing.hpp"
 
 #include <Platform/FileIO.hpp>
 #include <Platform/URL.hpp>
@@ -70,6 +71,7 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
         return ExitCode::badUsage;
     }
     const std::optional<Color> background = chosenBackground(options.background);
+    if (auto drawn = thumbnailFramingDecisionList(*file, options.size, background, options.output)) return *drawn;
     // Checked first, so that a document the libraries would refuse to draw
     // never reaches them.
     CommandDocument loaded = readDocument(DocumentSource::file(*file), true, background);
