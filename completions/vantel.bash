@@ -34,13 +34,13 @@ _vantel() {
             COMPREPLY=($(compgen -f -- "$cur"))
             return
             ;;
-        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background) return ;;
+        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | --canvas | --decision) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         local options="--help"
         case $command in
-            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --jobs" ;;
+            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --jobs --canvas --decision --desqueeze" ;;
             thumbnail) options+=" --size --background" ;;
             info) options+=" --json --colors" ;;
             new) options+=" --output --preset --binary --force" ;;
@@ -51,8 +51,8 @@ _vantel() {
 
     # Inputs: overlay documents and folders to find them in.
     COMPREPLY=($(compgen -d -- "$cur") $(compgen -f -X '!*.aspectratio' -- "$cur"))
-    # info and validate also read framing decision lists.
-    if [[ $command == info || $command == validate ]]; then
+    # Every command but new also reads framing decision lists.
+    if [[ $command != new ]]; then
         COMPREPLY+=($(compgen -f -X '!*.fdl' -- "$cur"))
     fi
 }

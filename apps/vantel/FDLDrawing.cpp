@@ -7,10 +7,12 @@
 #include <Graphics2/SketchDrawing.hpp>
 #include <OverlayGenerator/DocumentCheck.hpp>
 #include <Platform/FileIO.hpp>
+#include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <algorithm>
 #include <iostream>
+#include <memory>
 #include <new>
 
 namespace vantel::cli {
@@ -85,11 +87,8 @@ Data encodeChart(const FDLCanvas& canvas, const OutputFormat& format, const Draw
 std::optional<Data> thumbnailOf(const FDLCanvas& canvas, int maxSide, const std::optional<Color>& background) {
     ThumbnailSize pixels = thumbnailSize(chartSize(canvas, false), maxSide);
     const CGSize size{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
-    QLPreviewReply reply(size, true, [chart = FrameLineChart(canvas, size, background)](CGContext& context,
-                                                                                       const QLPreviewReply&) {
-        drawSketch(context, chart);
-    });
-    return thumbnailPNG(reply, maxSide);
+    return thumbnailPNG(PreviewProvider::sketchReply(std::make_shared<FrameLineChart>(canvas, size, background)),
+                        maxSide);
 }
 
 }  // namespace

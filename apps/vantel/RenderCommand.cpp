@@ -251,7 +251,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
                         "vantel render FILE... -o OUT.pdf",
                         "vantel render FILE... --out-dir DIR [--format F] [--jobs N]"});
     sub->footer(renderFooter);
-    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio files or http(s) URLs); - reads one from standard input")
+    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio) or framing decision lists (.fdl), files or http(s) URLs; - reads one from standard input")
         ->required()
         ->option_text("FILE...")
         ->group("Input");
