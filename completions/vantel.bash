@@ -29,19 +29,16 @@ _vantel() {
         -f | --format) COMPREPLY=($(compgen -W "$formats" -- "$cur")); return ;;
         --colors) COMPREPLY=($(compgen -W "hex hex-alpha rgba" -- "$cur")); return ;;
         -p | --preset) COMPREPLY=($(compgen -W "default test" -- "$cur")); return ;;
-        --out-dir) COMPREPLY=($(compgen -d -- "$cur")); return ;;
-        -o | --output)
-            COMPREPLY=($(compgen -f -- "$cur"))
-            return
-            ;;
+        --out-dir) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+        -o | --output) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
         -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | --canvas | --decision) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         local options="--help"
         case $command in
-            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --jobs --canvas --decision --desqueeze" ;;
-            thumbnail) options+=" --size --background" ;;
+            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --flatten --jobs --canvas --decision --desqueeze" ;;
+            thumbnail) options+=" --size --background --flatten" ;;
             info) options+=" --json --colors" ;;
             new) options+=" --output --preset --binary --force" ;;
         esac
@@ -49,11 +46,12 @@ _vantel() {
         return
     fi
 
-    # Inputs: overlay documents and folders to find them in.
-    COMPREPLY=($(compgen -d -- "$cur") $(compgen -f -X '!*.aspectratio' -- "$cur"))
+    # Inputs: overlay documents and folders to find them in. File names are
+    # read a line each, so that names with blanks stay one candidate.
+    mapfile -t COMPREPLY < <(compgen -d -- "$cur"; compgen -f -X '!*.aspectratio' -- "$cur")
     # Every command but new also reads framing decision lists.
     if [[ $command != new ]]; then
-        COMPREPLY+=($(compgen -f -X '!*.fdl' -- "$cur"))
+        mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -X '!*.fdl' -- "$cur")
     fi
 }
 complete -o filenames -F _vantel vantel

@@ -6,10 +6,13 @@
 // and so is an exception out of drawing a document the check let through.
 //
 // Drawing is kept small so that a canvas at the size limit does not make the
-// fuzzer allocate a gigabyte: the thumbnail is scaled into a few pixels, and
-// the full-size bitmap render runs only on small canvases.
+// fuzzer allocate a gigabyte: the thumbnail, the SVG picture and the PDF page
+// are scaled into a few pixels, the full-size bitmap render runs only on
+// small canvases and the vector files only for drawings of few shapes.
 
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
+#include <CoreGraphicsRendering/PDFDocument.hpp>
+#include <CoreGraphicsRendering/SVGDocument.hpp>
 #include <OverlayGenerator/DocumentLoading.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
@@ -36,8 +39,49 @@ void describeGuides(const std::vector<AspectRatio>& guides, const Size& box) {
     }
 }
 
-void drawThumbnailOf(std::shared_ptr<const OverlayGen> document) {
-    (void)thumbnailPNG(PreviewProvider::previewReply(std::move(document)), thumbnailSide);
+// Counts what a drawing paints. The vector files grow with every line (a
+// document at the grid line limit makes an SVG of about 100 MB), so they are
+// drawn only for drawings of a few thousand shapes, as the full-size bitmap
+// is only for small canvases.
+class PaintCounter final : public CGContext {
+public:
+    std::size_t painted = 0;
+    void saveGState() override {}
+    void restoreGState() override {}
+    void setStrokeColor(double, double, double, double) override {}
+    void setFillColor(double, double, double, double) override {}
+    void setLineWidth(double) override {}
+    void setLineDash(std::span<const double>) override {}
+    void rotateCTM(double) override {}
+    void translateCTM(double, double) override {}
+    void scaleCTM(double, double) override {}
+    void concatCTM(const CGAffineTransform&) override {}
+    void moveTo(double, double) override {}
+    void addLineTo(double, double) override {}
+    void strokePath() override { ++painted; }
+    void fillRect(const CGRect&) override { ++painted; }
+    void strokeRect(const CGRect&) override { ++painted; }
+    void clearRect(const CGRect&) override { ++painted; }
+};
+
+constexpr std::size_t largestVectorDrawing = 20000;  // painting operations
+
+// The reply drawn as `vantel render` draws it, as a bitmap thumbnail and on
+// the two vector back ends, scaled to the thumbnail's size.
+void drawReplyOf(std::shared_ptr<const OverlayGen> document) {
+    const QLPreviewReply reply = PreviewProvider::previewReply(std::move(document));
+    (void)thumbnailPNG(reply, thumbnailSide);
+    const ThumbnailSize small = thumbnailSize(reply.contextSize, thumbnailSide);
+    const CGSize page{static_cast<double>(small.width), static_cast<double>(small.height)};
+    auto draw = [&](CGContext& context) {
+        context.scaleCTM(page.width / reply.contextSize.width, page.height / reply.contextSize.height);
+        reply.draw(context);
+    };
+    PaintCounter counter;
+    reply.draw(counter);
+    if (counter.painted > largestVectorDrawing) return;
+    (void)drawSVG(page, draw);
+    (void)drawPDF(page, draw);
 }
 
 void renderFullSize(const OverlayGen& document) {
@@ -56,6 +100,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)document.description();
     describeGuides(document.ratios(), document.size());
     renderFullSize(document);
-    drawThumbnailOf(loaded.document);
+    drawReplyOf(loaded.document);
     return 0;
 }

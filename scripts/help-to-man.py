@@ -5,15 +5,18 @@ Usage: help-to-man.py VANTEL OUTPUT
 
 The help is laid out as: a description, "Usage:" with one form per line,
 groups ("Input:", "Output:", ...) of two-space-indented entries whose
-descriptions start at a fixed column, and a footer whose last paragraph
-gives the exit codes. This turns each part into its roff counterpart, so
-the page says exactly what --help says.
+descriptions start at a fixed column, and a footer. The footer of the
+command as a whole holds lists laid out as groups, "Environment:",
+"Files:" and "Exit codes (a note):", which become the page's ENVIRONMENT,
+FILES and EXIT STATUS sections; its other paragraphs become DESCRIPTION.
+This turns each part into its roff counterpart, so the page says exactly
+what --help says.
 """
 import re
 import subprocess
 import sys
 
-HEADING = re.compile(r"^([A-Z][A-Za-z ]*):$")
+HEADING = re.compile(r"^([A-Z][A-Za-z ]*?)(?: \((.+)\))?:$")  # "Group:" or "Group (note):"
 
 
 def help_text(vantel, *command):
@@ -44,7 +47,7 @@ def entries(lines):
 
 
 def section(help):
-    """Description, usage forms, [(group, entries)], footer paragraphs."""
+    """Description, usage forms, [(group, note, entries)], footer paragraphs."""
     parts = blocks(help)
     description = " ".join(parts[0])
     usage, groups, footer = [], [], []
@@ -53,7 +56,7 @@ def section(help):
         if part[0] == "Usage:":
             usage = [line.strip() for line in part[1:]]
         elif heading:
-            groups.append((heading.group(1), entries(part[1:])))
+            groups.append((heading.group(1), heading.group(2), entries(part[1:])))
         else:
             footer.append(part)
     return description, usage, groups, footer
@@ -81,7 +84,7 @@ def command_roff(vantel, command):
     description, usage, groups, footer = section(help_text(vantel, command))
     out = [".SS " + roff("vantel " + command), roff(description), ".PP", ".nf"]
     out += [roff(form) for form in usage] + [".fi"]
-    for group, items in groups:
+    for group, _, items in groups:
         if group == "Options":
             continue  # --help alone, the same for every command
         out += [".PP", "\\fI" + roff(group) + "\\fR"]
@@ -98,13 +101,20 @@ def page(vantel):
     out = ['.TH VANTEL 1 "" "%s" "User Commands"' % roff(version),
            ".SH NAME", roff(name) + " \\- " + roff(summary),
            ".SH SYNOPSIS", ".nf"] + [roff(form) for form in usage] + [".fi"]
-    items = dict(groups)
-    out += [".SH OPTIONS"] + [line for item in items.get("Options", []) for line in entry_roff(*item)]
-    out += [".SH COMMANDS"] + [line for item in items.get("Commands", []) for line in entry_roff(*item)]
+    items = {group: entries for group, _, entries in groups}
+    notes = {group: note for group, note, _ in groups if note}
+
+    def listed(heading, group):
+        out = [".SH " + heading] + [line for item in items.get(group, []) for line in entry_roff(*item)]
+        return out + ([".PP", roff(notes[group][0].upper() + notes[group][1:] + ".")] if group in notes else [])
+
+    out += [".SH DESCRIPTION"] + footer_roff(footer)
+    out += listed("OPTIONS", "Options") + listed("COMMANDS", "Commands")
     for command, _ in items.get("Commands", []):
         out += command_roff(vantel, command)
-    out += [".SH EXIT STATUS"] + footer_roff(footer)
-    out += [".SH SEE ALSO", "rsvg\\-convert(1), pdfinfo(1)"]
+    out += listed("ENVIRONMENT", "Environment") + listed("FILES", "Files") + listed("EXIT STATUS", "Exit codes")
+    out += [".SH SEE ALSO", "rsvg\\-convert(1), pdfinfo(1), and the README of Vantel's sources, section",
+            "\\(lqThe vantel command\\(rq, for the format of overlay documents"]
     return "\n".join(line for line in out if line != "") + "\n"
 
 

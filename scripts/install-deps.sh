@@ -27,8 +27,9 @@ packages=(
   tumbler dbus-daemon dbus-bin libglib2.0-bin shared-mime-info bubblewrap
   # the SDK test: Inkscape reads the layers of the plotter example's SVG
   inkscape
-  # SVG output is checked against real consumers: librsvg (above), Chromium
-  chromium
+  # SVG output is checked against real consumers: librsvg (above), Chromium,
+  # and libxml2's own reader for the depth it accepts
+  chromium libxml2-utils
 )
 
 missing=()

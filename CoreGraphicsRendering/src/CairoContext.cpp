@@ -154,6 +154,17 @@ void CairoContext::clearRect(const CGRect& rect) {
     cairo_set_operator(cairo, previous);
 }
 
+void CairoContext::paintBehind(double red, double green, double blue) {
+    cairo_t* cairo = cairo_.get();
+    cairo_save(cairo);
+    cairo_identity_matrix(cairo);
+    cairo_reset_clip(cairo);
+    cairo_set_operator(cairo, CAIRO_OPERATOR_DEST_OVER);
+    cairo_set_source_rgb(cairo, red, green, blue);
+    cairo_paint(cairo);
+    cairo_restore(cairo);
+}
+
 void CairoContext::setSource(const RGBA& c) { cairo_set_source_rgba(cairo_.get(), c.red, c.green, c.blue, c.alpha); }
 
 bool CairoContext::addRectangle(const CGRect& rect) {

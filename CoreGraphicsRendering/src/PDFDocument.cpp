@@ -10,6 +10,7 @@
 #include <cairo-pdf.h>
 #include <cairo.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include <string>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace vantel {
 
@@ -70,21 +72,37 @@ void checkSurface(cairo_surface_t* surface) {
     if (status != CAIRO_STATUS_SUCCESS) throw CairoError(status);
 }
 
-// SOURCE_DATE_EPOCH as an ISO 8601 date, or "" (which leaves the date out)
-// when it is unset or not a number of seconds.
-std::string reproducibleDate() {
+// SOURCE_DATE_EPOCH in UTC, or nothing (which leaves the date out) when it is
+// unset or not a number of seconds.
+std::optional<std::tm> reproducibleDate() {
     const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
-    if (epoch == nullptr) return "";
+    if (epoch == nullptr) return std::nullopt;
     char* end = nullptr;
     errno = 0;
     long long seconds = std::strtoll(epoch, &end, 10);
-    if (errno != 0 || end == epoch || *end != '\0' || seconds < 0) return "";
+    if (errno != 0 || end == epoch || *end != '\0' || seconds < 0) return std::nullopt;
     std::time_t time = static_cast<std::time_t>(seconds);
     std::tm utc{};
-    if (gmtime_r(&time, &utc) == nullptr) return "";
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-    return text;
+    if (gmtime_r(&time, &utc) == nullptr) return std::nullopt;
+    return utc;
+}
+
+std::string formatted(const std::tm& date, const char* format) {
+    char text[64];
+    return std::string(text, std::strftime(text, sizeof text, format, &date));
+}
+
+// Cairo takes the date in ISO 8601 and, before 1.17.6, writes it without the
+// "D:" every PDF date starts with. Given a "+00:00" zone it writes
+// "20231114221320+00'00", long enough to put "D:...Z" in its place padded
+// with spaces outside the string, so no offset of the cross-reference
+// table moves. A cairo that writes the prefix itself is left alone.
+void prefixCreationDate(Data& pdf, const std::tm& date) {
+    const std::string digits = formatted(date, "%Y%m%d%H%M%S");
+    const std::string written = "/CreationDate (" + digits + "+00'00)";
+    const std::string wanted = "/CreationDate (D:" + digits + "Z)   ";
+    auto at = std::search(pdf.begin(), pdf.end(), written.begin(), written.end());
+    if (at != pdf.end()) std::copy(wanted.begin(), wanted.end(), at);
 }
 
 }  // namespace
@@ -101,7 +119,10 @@ Data drawPDF(const std::vector<PDFPage>& pages) {
         appendToData, &data, pages.front().size.width, pages.front().size.height));
     checkSurface(surface.get());
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATOR, "Vantel");
-    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, reproducibleDate().c_str());
+    // Left unset, cairo would write the time of the run; an empty date leaves it out.
+    const std::optional<std::tm> date = reproducibleDate();
+    const std::string iso = date ? formatted(*date, "%Y-%m-%dT%H:%M:%S+00:00") : "";
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, iso.c_str());
     {
         CairoContext cairo = CairoContext::onSurface(surface.get());
         for (const PDFPage& page : pages) {
@@ -116,6 +137,7 @@ Data drawPDF(const std::vector<PDFPage>& pages) {
     }
     cairo_surface_finish(surface.get());
     checkSurface(surface.get());
+    if (date) prefixCreationDate(data, *date);
     return data;
 }
 

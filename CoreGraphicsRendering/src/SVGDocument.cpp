@@ -8,9 +8,11 @@
 #include <Platform/XML.hpp>
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -139,14 +141,39 @@ private:
     XMLElement shapeElement(std::string data) const;
     // A stroke of no width leaves no trace in a bitmap; leave it out here.
     bool drawsStroke() const { return std::isfinite(state_.lineWidth) && state_.lineWidth > 0; }
-    void paint(XMLElement element) { drawn_.push_back(std::move(element)); }
+    void paint(XMLElement element) { drawn_.push_back({std::move(element), holes_.size()}); }
+
+    struct Hole {
+        CGRect rect;
+        CGAffineTransform ctm;
+    };
+    struct HoleBlock {
+        std::size_t first = 0;
+        std::size_t count = 0;
+        auto operator<=>(const HoleBlock&) const = default;
+    };
+    static std::string maskId(std::size_t firstHole) { return "clear" + std::to_string(firstHole + 1); }
+    static std::string blockId(HoleBlock block) {
+        return "holes" + std::to_string(block.first + 1) + "-" + std::to_string(block.first + block.count);
+    }
+    XMLElement holeElement(const Hole& hole) const;
+    XMLElement holeBlock(HoleBlock block) const;
+    std::vector<HoleBlock> blocksFrom(std::size_t first) const;
+    XMLElement maskFrom(std::size_t first, std::set<HoleBlock>& usedBlocks) const;
+    static bool covers(const Hole& outer, const Hole& inner);
+    void dropCoveredHoles();
+    std::vector<XMLElement> maskedRuns(XMLElement& definitions);
 
     CGSize size_;
     GraphicsState state_;
     std::vector<GraphicsState> saved_;
     std::vector<std::vector<Point>> path_;
-    std::vector<XMLElement> drawn_;  // the root's content so far, in order
-    std::vector<XMLElement> masks_;
+    struct Drawn {
+        XMLElement element;
+        std::size_t clearsBefore;
+    };
+    std::vector<Drawn> drawn_;  // in order, each with the number of clears before it
+    std::vector<Hole> holes_;
 };
 
 XMLElement SVGPageContext::shapeElement(std::string data) const {
@@ -209,31 +236,132 @@ void SVGPageContext::strokePath() {
     paint(std::move(element));
 }
 
-// Everything drawn so far goes into a group masked by the whole canvas less
-// the rectangle; the mask's black is the hole.
+// A clear is kept as its rectangle and transformation; what it cuts is
+// decided when the document is written, once every later clear is known.
 void SVGPageContext::clearRect(const CGRect& rect) {
     if (!isFinite(rect) || !isFinite(state_.ctm) || drawn_.empty()) return;
-    const std::string id = "clear" + std::to_string(masks_.size() + 1);
+    holes_.push_back({rect, state_.ctm});
+}
+
+XMLElement SVGPageContext::holeElement(const Hole& hole) const {
+    XMLElement element("path");
+    element.addAttribute("d", rectanglePath(hole.rect));
+    if (hole.ctm != CGAffineTransform{}) element.addAttribute("transform", matrixText(hole.ctm));
+    element.addAttribute("fill", "#000000");
+    return element;
+}
+
+CGRect withPositiveSides(CGRect rect) {
+    if (rect.width < 0) rect = {rect.x + rect.width, rect.y, -rect.width, rect.height};
+    if (rect.height < 0) rect = {rect.x, rect.y + rect.height, rect.width, -rect.height};
+    return rect;
+}
+
+bool SVGPageContext::covers(const Hole& outer, const Hole& inner) {
+    if (outer.ctm != inner.ctm) return false;
+    const CGRect a = withPositiveSides(outer.rect), b = withPositiveSides(inner.rect);
+    return a.x <= b.x && a.y <= b.y && b.x + b.width <= a.x + a.width && b.y + b.height <= a.y + a.height;
+}
+
+// A hole that a later one repeats, or that the next hole kept covers, cuts
+// nothing the later one does not: whatever it cuts, that one cuts too.
+// Guides that repeat a ratio clear the same rectangle again and again, so
+// this keeps masks few and short for most documents.
+void SVGPageContext::dropCoveredHoles() {
+    std::set<std::array<double, 10>> later;
+    std::vector<bool> kept(holes_.size(), false);
+    std::optional<std::size_t> nextKept;
+    for (std::size_t i = holes_.size(); i-- > 0;) {
+        const Hole& hole = holes_[i];
+        const auto& [x, y, width, height] = hole.rect;
+        const auto& [a, b, c, d, tx, ty] = hole.ctm;
+        if (!later.insert({x, y, width, height, a, b, c, d, tx, ty}).second) continue;
+        if (nextKept && covers(holes_[*nextKept], hole)) continue;
+        kept[i] = true;
+        nextKept = i;
+    }
+    std::vector<std::size_t> keptBefore{0};
+    std::vector<Hole> keptHoles;
+    for (std::size_t i = 0; i < holes_.size(); ++i) {
+        if (kept[i]) keptHoles.push_back(holes_[i]);
+        keptBefore.push_back(keptHoles.size());
+    }
+    for (Drawn& drawn : drawn_) drawn.clearsBefore = keptBefore[drawn.clearsBefore];
+    holes_ = std::move(keptHoles);
+}
+
+// The holes first..first+count-1 as one group that masks refer to.
+XMLElement SVGPageContext::holeBlock(HoleBlock block) const {
+    XMLElement group("g");
+    group.addAttribute("id", blockId(block));
+    for (std::size_t i = block.first; i < block.first + block.count; ++i) group.addChild(holeElement(holes_[i]));
+    return group;
+}
+
+// The holes from `first` to the last one, in blocks of a power of two that
+// start at a multiple of their size: any run to the end is a few such
+// blocks, and all runs together share them, so the masks of n clears hold
+// about n log n holes instead of n squared, each mask a flat list.
+std::vector<SVGPageContext::HoleBlock> SVGPageContext::blocksFrom(std::size_t first) const {
+    std::vector<HoleBlock> blocks;
+    const std::size_t end = holes_.size();
+    while (first < end) {
+        std::size_t count = first == 0 ? std::bit_floor(end) : first & (~first + 1);
+        while (first + count > end) count /= 2;
+        blocks.push_back({first, count});
+        first += count;
+    }
+    return blocks;
+}
+
+// White shows, black is cut: the canvas less every hole from `first` on.
+XMLElement SVGPageContext::maskFrom(std::size_t first, std::set<HoleBlock>& usedBlocks) const {
     XMLElement mask("mask");
-    mask.addAttribute("id", id);
+    mask.addAttribute("id", maskId(first));
     mask.addAttribute("maskUnits", "userSpaceOnUse");
     for (auto [key, value] : {std::pair{"x", 0.0}, {"y", 0.0}, {"width", size_.width}, {"height", size_.height}}) {
         mask.addAttribute(key, number(value));
     }
-    XMLElement canvas = XMLElement("path");
+    XMLElement canvas("path");
     canvas.addAttribute("d", rectanglePath({0, 0, size_.width, size_.height}));
     canvas.addAttribute("fill", "#FFFFFF");
     mask.addChild(std::move(canvas));
-    XMLElement hole = shapeElement(rectanglePath(rect));
-    hole.addAttribute("fill", "#000000");
-    mask.addChild(std::move(hole));
-    masks_.push_back(std::move(mask));
+    for (HoleBlock block : blocksFrom(first)) {
+        if (block.count == 1) {
+            mask.addChild(holeElement(holes_[block.first]));
+            continue;
+        }
+        XMLElement use("use");
+        use.addAttribute("xlink:href", "#" + blockId(block));
+        mask.addChild(std::move(use));
+        usedBlocks.insert(block);
+    }
+    return mask;
+}
 
-    XMLElement group("g");
-    group.addAttribute("mask", "url(#" + id + ")");
-    for (XMLElement& element : drawn_) group.addChild(std::move(element));
-    drawn_.clear();
-    paint(std::move(group));
+// Whatever the number of clears, the tree is at most four levels deep: the
+// masks and the blocks they share are siblings in <defs>, and each run of
+// shapes drawn between two clears is one group under the root, masked by
+// every clear that came after it.
+std::vector<XMLElement> SVGPageContext::maskedRuns(XMLElement& definitions) {
+    std::set<HoleBlock> usedBlocks;
+    std::vector<XMLElement> runs;
+    for (std::size_t i = 0; i < drawn_.size();) {
+        const std::size_t clearsBefore = drawn_[i].clearsBefore;
+        if (clearsBefore == holes_.size()) {
+            runs.push_back(std::move(drawn_[i++].element));
+            continue;
+        }
+        definitions.addChild(maskFrom(clearsBefore, usedBlocks));
+        XMLElement group("g");
+        group.addAttribute("mask", "url(#" + maskId(clearsBefore) + ")");
+        for (; i < drawn_.size() && drawn_[i].clearsBefore == clearsBefore; ++i) {
+            group.addChild(std::move(drawn_[i].element));
+        }
+        runs.push_back(std::move(group));
+    }
+    for (HoleBlock block : usedBlocks) definitions.addChild(holeBlock(block));
+    return runs;
 }
 
 Data SVGPageContext::document() && {
@@ -242,12 +370,15 @@ Data SVGPageContext::document() && {
     root.addAttribute("width", number(size_.width));
     root.addAttribute("height", number(size_.height));
     root.addAttribute("viewBox", "0 0 " + number(size_.width) + " " + number(size_.height));
-    if (!masks_.empty()) {
-        XMLElement definitions("defs");
-        for (XMLElement& mask : masks_) definitions.addChild(std::move(mask));
+    dropCoveredHoles();
+    XMLElement definitions("defs");
+    std::vector<XMLElement> content = maskedRuns(definitions);
+    if (!holes_.empty()) {
+        // Masks refer to blocks of holes with xlink:href, which every reader knows.
+        root.addAttribute("xmlns:xlink", "http://www.w3.org/1999/xlink");
         root.addChild(std::move(definitions));
     }
-    for (XMLElement& element : drawn_) root.addChild(std::move(element));
+    for (XMLElement& element : content) root.addChild(std::move(element));
     const std::string text = XMLDocument(std::move(root)).xmlString(true);
     return Data(text.begin(), text.end());
 }

@@ -35,9 +35,6 @@ public:
         } else if (size.width > DrawingLimits::maxCanvasSide || size.height > DrawingLimits::maxCanvasSide) {
             report("size", "canvas " + dimensions + " is larger than the limit of " +
                                limitText(DrawingLimits::maxCanvasSide) + " px a side");
-        } else if (std::trunc(size.width) * std::trunc(size.height) > DrawingLimits::maxCanvasPixels) {
-            report("size", "canvas " + dimensions + " is larger than the limit of " +
-                               limitText(DrawingLimits::maxCanvasPixels) + " pixels");
         } else if (size.marginWidth() <= 0 || size.marginHeight() <= 0) {
             report("size.margin", "margin " + numberText(size.margin) + " leaves no room on a " +
                                       dimensions + " canvas");
@@ -160,7 +157,59 @@ private:
     }
 };
 
+// Adds up what drawing costs at a scale: every guide over the whole picture,
+// every grid line over its length, on the layout drawing uses.
+class CostCounter {
+public:
+    double guides = 0;
+    double linePixels = 0;
+
+    CostCounter(const Size& canvas, double scaleX, double scaleY)
+        : canvas_(canvas), scaleX_(scaleX), scaleY_(scaleY) {}
+
+    void count(const std::vector<AspectRatio>& ratios, const Size& box) {
+        for (const AspectRatio& guide : ratios) {
+            guides += 1;
+            Rectangle outline = guide.outline(box, canvas_);
+            linePixels += gridLineCount(guide.rowType, outline.height) * outline.width * scaleX_;
+            linePixels += gridLineCount(guide.columnType, outline.width) * outline.height * scaleY_;
+            if (guide.children) count(*guide.children, guide.fitting(box));
+        }
+    }
+
+private:
+    Size canvas_;
+    double scaleX_, scaleY_;
+};
+
+// Counts and pixel sizes as whole numbers; past what an integer holds (a
+// vector page zoomed without end), in the usual number text.
+std::string wholeNumber(double value) {
+    if (std::abs(value) < 9e18) return std::to_string(std::llround(value));
+    return numberText(value);
+}
+
 }  // namespace
+
+std::vector<DocumentProblem> checkDrawingCost(const OverlayGen& document, CGSize drawn) {
+    const Size canvas = document.size();
+    CostCounter cost(canvas, drawn.width / canvas.width, drawn.height / canvas.height);
+    cost.count(document.ratios(), canvas);
+    const std::string picture = wholeNumber(drawn.width) + " x " + wholeNumber(drawn.height) + " px";
+    std::vector<DocumentProblem> problems;
+    const double guidePixels = cost.guides * drawn.width * drawn.height;
+    if (guidePixels > DrawingLimits::maxGuidePixels) {
+        problems.push_back({"ratios", wholeNumber(cost.guides) + " guides drawn at " + picture + " cost " +
+                                          wholeNumber(guidePixels) + " guide pixels, more than the limit of " +
+                                          wholeNumber(DrawingLimits::maxGuidePixels)});
+    }
+    if (cost.linePixels > DrawingLimits::maxGridLinePixels) {
+        problems.push_back({"ratios", "the grid lines drawn at " + picture + " cover " +
+                                          wholeNumber(cost.linePixels) + " pixels of line, more than the limit of " +
+                                          wholeNumber(DrawingLimits::maxGridLinePixels)});
+    }
+    return problems;
+}
 
 std::vector<DocumentProblem> checkDocument(const OverlayGen& document) {
     DocumentChecker checker;

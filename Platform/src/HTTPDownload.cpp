@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -108,19 +109,28 @@ std::size_t receiveBody(char* bytes, std::size_t size, std::size_t count, void* 
 
 struct TemporaryFile {
     std::filesystem::path path;
+    CleanupOnSignal cleanup;
     int fd = -1;
 };
 
+// $TMPDIR, or /tmp when it is unset or empty. Not checked here: a folder that
+// is not there fails when the file is made, and is named then.
+std::filesystem::path temporaryFolder() {
+    const char* folder = std::getenv("TMPDIR");
+    return folder != nullptr && folder[0] != '\0' ? folder : "/tmp";
+}
+
 TemporaryFile createTemporaryFile() {
-    std::filesystem::path folder = std::filesystem::temp_directory_path();
+    std::filesystem::path folder = temporaryFolder();
+    TemporaryFile file;
     for (int attempt = 0; attempt < 16; ++attempt) {
-        std::filesystem::path path = folder / ("vantel-download-" + UUID::random().uuidString());
-        int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-        if (fd >= 0) return {path, fd};
+        file.path = folder / ("vantel-download-" + UUID::random().uuidString());
+        file.fd = createRemovedOnSignal(file.path, O_WRONLY | O_CLOEXEC, 0600, file.cleanup);
+        if (file.fd >= 0) return file;
         if (errno != EEXIST) break;
     }
-    throw DownloadError(Reason::fileError, "cannot create a temporary file in " + folder.string() + ": " +
-                                               std::strerror(errno));
+    throw DownloadError(Reason::fileError, "cannot make a file in the temporary folder " + folder.string() +
+                                               " (TMPDIR): " + std::strerror(errno));
 }
 
 std::string seconds(std::chrono::milliseconds duration) {
@@ -144,6 +154,10 @@ DownloadError errorFor(CURLcode code, const char* detail, const BodySink& sink, 
         return {Reason::connectionRefused, "the connection was refused (" + why + ")"};
     case CURLE_COULDNT_RESOLVE_HOST:
         return {Reason::hostNotFound, "the host was not found (" + why + ")"};
+    case CURLE_SSL_CONNECT_ERROR:
+        // OpenSSL's own words ("wrong version number") name a record layer,
+        // not the usual cause: an https address for a plain http port.
+        return {Reason::other, "the TLS handshake failed (is it an http server?)"};
     case CURLE_TOO_MANY_REDIRECTS:
         return {Reason::tooManyRedirects, "more than " + std::to_string(limits.maximumRedirects) + " redirects"};
     case CURLE_WRITE_ERROR:
@@ -235,7 +249,7 @@ HTTPDownload downloadToTemporaryFile(const URL& url, const DownloadLimits& limit
         if (code != CURLE_OK) throw errorFor(code, errorText, sink, limits);
         throw DownloadError(Reason::fileError, std::string("cannot write the temporary file: ") + std::strerror(closeErrno));
     }
-    return {file.path, responseOf(handle.get(), url)};
+    return {file.path, responseOf(handle.get(), url), std::move(file.cleanup)};
 }
 
 }  // namespace vantel

@@ -33,16 +33,33 @@ xmlNodePtr checkedNode(xmlNodePtr node) {
     return node;
 }
 
-void removeBlankText(xmlNodePtr node) {
-    for (xmlNodePtr child = node->children; child;) {
-        xmlNodePtr next = child->next;
-        if (child->type == XML_TEXT_NODE && xmlIsBlankNode(child)) {
-            xmlUnlinkNode(child);
-            xmlFreeNode(child);
-        } else if (child->type == XML_ELEMENT_NODE) {
-            removeBlankText(child);
+// The next node of a depth-first walk that stays under `top`; a loop, not
+// recursion, so that a deep tree cannot exhaust the stack.
+xmlNodePtr nextUnder(xmlNodePtr node, xmlNodePtr top) {
+    if (node->type == XML_ELEMENT_NODE && node->children) return node->children;
+    while (node != top && !node->next) node = node->parent;
+    return node == top ? nullptr : node->next;
+}
+
+bool isBlankText(xmlNodePtr node) { return node->type == XML_TEXT_NODE && xmlIsBlankNode(node); }
+
+bool hasBlankText(xmlNodePtr top) {
+    for (xmlNodePtr node = top; node; node = nextUnder(node, top)) {
+        if (isBlankText(node)) return true;
+    }
+    return false;
+}
+
+void removeBlankText(xmlNodePtr top) {
+    for (xmlNodePtr node = top; node;) {
+        if (node != top && isBlankText(node)) {
+            xmlNodePtr blank = node;
+            node = nextUnder(node, top);
+            xmlUnlinkNode(blank);
+            xmlFreeNode(blank);
+        } else {
+            node = nextUnder(node, top);
         }
-        child = next;
     }
 }
 
@@ -151,7 +168,7 @@ void XMLElement::replaceChildren(std::vector<XMLElement> children) {
 }
 
 std::string XMLElement::xmlString(bool pretty) const {
-    if (!pretty) return dumpNode(nullptr, asNode(node_), false);
+    if (!pretty || !hasBlankText(asNode(node_))) return dumpNode(nullptr, asNode(node_), pretty);
     xmlNodePtr copy = checkedNode(xmlCopyNode(asNode(node_), 1));
     removeBlankText(copy);
     std::string text = dumpNode(nullptr, copy, true);
@@ -184,10 +201,13 @@ XMLElement XMLDocument::root() const { return XMLElement(xmlDocGetRootElement(as
 std::string XMLDocument::xmlString(bool pretty) const {
     xmlDocPtr doc = asDoc(doc_);
     std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> copy(nullptr, xmlFreeDoc);
-    if (pretty) {
+    // Only a tree with blank text needs a copy to strip it from: a large
+    // drawing has none, and copying it would double its memory.
+    xmlNodePtr root = xmlDocGetRootElement(doc);
+    if (pretty && root && hasBlankText(root)) {
         copy.reset(xmlCopyDoc(doc, 1));
         if (!copy) fatalError("libxml2 could not copy a document");
-        if (xmlNodePtr root = xmlDocGetRootElement(copy.get())) removeBlankText(root);
+        removeBlankText(xmlDocGetRootElement(copy.get()));
         doc = copy.get();
     }
     xmlChar* text = nullptr;

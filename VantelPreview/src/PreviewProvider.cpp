@@ -22,6 +22,9 @@ PreviewProvider::~PreviewProvider() {
 QLPreviewReply PreviewProvider::reply(const QLFilePreviewRequest& request) {
     LoadedDocument loaded = loadDocument(DocumentSource::url(request.fileURL));
     if (!loaded.ok()) std::rethrow_exception(loaded.error);
+    // The reply's context is the whole canvas, so that is what drawing it costs.
+    std::vector<DocumentProblem> costs = checkDrawingCost(*loaded.document, loaded.document->size().cg());
+    if (!costs.empty()) throw UndrawableDocumentError(std::move(costs));
     return previewReply(std::move(loaded.document));
 }
 

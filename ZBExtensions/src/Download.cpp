@@ -6,7 +6,10 @@
 namespace vantel {
 
 DownloadedFile::DownloadedFile(DownloadedFile&& other) noexcept
-    : location(std::move(other.location)), response(std::move(other.response)), owned_(other.owned_) {
+    : location(std::move(other.location)),
+      response(std::move(other.response)),
+      cleanup_(std::move(other.cleanup_)),
+      owned_(other.owned_) {
     other.owned_ = false;
 }
 
@@ -15,6 +18,7 @@ DownloadedFile& DownloadedFile::operator=(DownloadedFile&& other) noexcept {
         removeFile();
         location = std::move(other.location);
         response = std::move(other.response);
+        cleanup_ = std::move(other.cleanup_);
         owned_ = other.owned_;
         other.owned_ = false;
     }
@@ -28,12 +32,13 @@ void DownloadedFile::removeFile() noexcept {
     if (!owned_) return;
     std::error_code ignored;
     std::filesystem::remove(location.path(), ignored);
+    cleanup_.release();
     owned_ = false;
 }
 
 DownloadedFile downloadFile(const URL& from, const DownloadLimits& limits) {
     HTTPDownload download = downloadToTemporaryFile(from, limits);
-    return {URL::fileURL(download.file), std::move(download.response)};
+    return {URL::fileURL(download.file), std::move(download.response), std::move(download.cleanup)};
 }
 
 }  // namespace vantel

@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <system_error>
+#include <thread>
 
 namespace vantel::preview {
 
@@ -90,6 +92,7 @@ PreviewWindow::PreviewWindow(GtkApplication* application, std::filesystem::path 
 }
 
 PreviewWindow::~PreviewWindow() {
+    *alive_ = nullptr;
     if (pendingReload_) g_source_remove(pendingReload_);
     if (monitor_) g_object_unref(monitor_);
 }
@@ -130,6 +133,7 @@ void PreviewWindow::present() { gtk_window_present(GTK_WINDOW(window_)); }
 void PreviewWindow::show(std::filesystem::path file) {
     file_ = std::move(file);
     reply_.reset();
+    updateTitle();  // named at once, even while a pipe keeps the document coming
     reload();
     watchFile();
 }
@@ -161,14 +165,52 @@ LoadedChart loadChart(const std::filesystem::path& file) {
 
 }  // namespace
 
+// A named pipe or a device may keep the reader waiting (loadDocument gives up
+// after a few quiet seconds); the window goes on answering meanwhile.
 void PreviewWindow::reload() {
+    ++loads_;
     if (isFramingDecisionList({}, file_.string())) {
         LoadedChart chart = loadChart(file_);
         if (!chart.reply) return showProblem(file_.string() + ": " + chart.problem);
         reply_ = std::move(chart.reply);
         return showReply();
     }
-    LoadedDocument loaded = loadDocument(DocumentSource::file(file_));
+    std::error_code error;
+    std::filesystem::file_status status = std::filesystem::status(file_, error);
+    bool mayWait = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+                   !std::filesystem::is_directory(status);
+    if (mayWait) {
+        loadInBackground();
+    } else {
+        apply(loadDocument(DocumentSource::file(file_)));
+    }
+}
+
+namespace {
+
+struct BackgroundLoad {
+    std::shared_ptr<PreviewWindow*> window;
+    std::uint64_t load;
+    LoadedDocument loaded;
+};
+
+}  // namespace
+
+void PreviewWindow::loadInBackground() {
+    std::thread([file = file_, window = alive_, load = loads_] {
+        auto* result = new BackgroundLoad{window, load, loadDocument(DocumentSource::file(file))};
+        g_idle_add(backgroundLoadDone, result);
+    }).detach();
+}
+
+gboolean PreviewWindow::backgroundLoadDone(gpointer data) {
+    std::unique_ptr<BackgroundLoad> result(static_cast<BackgroundLoad*>(data));
+    PreviewWindow* window = *result->window;
+    if (window != nullptr && window->loads_ == result->load) window->apply(std::move(result->loaded));
+    return G_SOURCE_REMOVE;
+}
+
+void PreviewWindow::apply(LoadedDocument loaded) {
     if (!loaded.ok()) {
         // The first line `vantel validate` prints for the same file.
         std::string problem = loaded.problems.empty() ? "cannot be drawn" : loaded.problems.front().text();
@@ -244,7 +286,10 @@ void PreviewWindow::setActualSize(bool actualSize) {
 void PreviewWindow::copyPicture() {
     if (!reply_) return;
     try {
-        int side = int(std::ceil(std::max(reply_->contextSize.width, reply_->contextSize.height)));
+        // Canvases go up to 32767 px a side; a copy past 16384 would hold
+        // gigabytes, so the largest ones are copied smaller.
+        constexpr double largestCopy = 16384;
+        int side = int(std::ceil(std::min(largestCopy, std::max(reply_->contextSize.width, reply_->contextSize.height))));
         Data png = thumbnailPNG(*reply_, side);
         GBytes* bytes = g_bytes_new(png.data(), png.size());
         GdkContentProvider* content = gdk_content_provider_new_for_bytes("image/png", bytes);

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <OverlayGenerator/DocumentLoading.hpp>
 #include <VantelPreview/QLPreviewReply.hpp>
 
 #include <gtk/gtk.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -29,6 +32,8 @@ private:
     void buildWidgets(GtkApplication* application);
     void show(std::filesystem::path file);
     void reload();
+    void loadInBackground();
+    void apply(LoadedDocument loaded);
     void watchFile();
     void scheduleReload();
     void updateTitle();
@@ -44,6 +49,7 @@ private:
     static gboolean keyCallback(GtkEventControllerKey*, guint keyval, guint, GdkModifierType state, gpointer self);
     static void fileChangedCallback(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent, gpointer self);
     static gboolean reloadTimeout(gpointer self);
+    static gboolean backgroundLoadDone(gpointer result);
 
     std::filesystem::path file_;
     std::optional<QLPreviewReply> reply_;  // the last good document's
@@ -54,6 +60,10 @@ private:
     GtkWidget* problemBar_ = nullptr;
     GFileMonitor* monitor_ = nullptr;
     guint pendingReload_ = 0;
+    // Read on the main thread until the window goes; a load in the
+    // background finds the window through it, or finds it gone.
+    std::shared_ptr<PreviewWindow*> alive_ = std::make_shared<PreviewWindow*>(this);
+    std::uint64_t loads_ = 0;  // only the latest load's result is shown
 };
 
 }  // namespace vantel::preview

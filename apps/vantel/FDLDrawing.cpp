@@ -1,19 +1,17 @@
 #include "FDLDrawing.hpp"
 
+#include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
+#include <CoreGraphicsRendering/ImageEncoding.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/SVGDocument.hpp>
 #include <FramingDecisions/FDLReading.hpp>
 #include <Graphics2/SketchDrawing.hpp>
-#include <OverlayGenerator/DocumentCheck.hpp>
-#include <Platform/FileIO.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <algorithm>
-#include <iostream>
 #include <memory>
-#include <new>
 
 namespace vantel::cli {
 
@@ -32,27 +30,11 @@ std::string firstError(const std::string& name, const FDLReadResult& read) {
     return name + ": " + (error != read.problems.end() ? error->text() : "error: not a framing decision list");
 }
 
-// A canvas is held to the limits of an overlay canvas: one bitmap the
-// drawing library can make, within 1 GiB.
-std::optional<std::string> sizeProblem(CGSize size) {
-    using Limits = DrawingLimits;
-    if (size.width > Limits::maxCanvasSide || size.height > Limits::maxCanvasSide ||
-        size.width * size.height > Limits::maxCanvasPixels) {
-        return "the canvas is " + std::to_string(static_cast<long long>(size.width)) + " x " +
-               std::to_string(static_cast<long long>(size.height)) + " px, larger than can be drawn";
-    }
-    return std::nullopt;
-}
-
-ChosenCanvas chooseCanvas(const CommandInput& input, const FrameLineChoice& choice, bool desqueeze) {
+ChosenCanvas chooseCanvas(const CommandInput& input, const FrameLineChoice& choice) {
     FDLReadResult read = readFramingDecisionList(*input.framingDecisionList);
     if (read.hasErrors() || !read.document) return {std::nullopt, firstError(input.name(), read)};
     try {
-        FDLCanvas canvas = chosenCanvas(*read.document, choice);
-        if (auto problem = sizeProblem(chartSize(canvas, desqueeze))) {
-            return {std::nullopt, input.name() + ": cannot render: " + *problem};
-        }
-        return {std::move(canvas), {}};
+        return {chosenCanvas(*read.document, choice), {}};
     } catch (const FrameLineChoiceError& error) {
         return {std::nullopt, input.name() + ": cannot render: " + error.what()};
     }
@@ -64,31 +46,40 @@ PDFPage chartPage(const FDLCanvas& canvas, CGSize size, const std::optional<Colo
             }};
 }
 
-Data encodeChart(const FDLCanvas& canvas, const OutputFormat& format, const DrawingChoices& choices) {
-    const CGSize recorded = chartSize(canvas, choices.frameLines.desqueeze);
-    struct Encode {
-        const FDLCanvas& canvas;
-        CGSize recorded;
-        const DrawingChoices& choices;
-        Data operator()(const BitmapOutput& bitmap) const {
-            FrameLineChart chart(canvas, requestedPixelSize(recorded, choices.size), choices.background);
-            return CoreGraphicsRenderer(chart).render(bitmap.type);
-        }
-        Data operator()(const PDFOutput&) const { return drawPDF({page()}); }
-        Data operator()(const SVGOutput&) const {
-            PDFPage chart = page();
-            return drawSVG(chart.size, chart.draw);
-        }
-        PDFPage page() const { return chartPage(canvas, requestedSize(recorded, choices.size), choices.background); }
-    };
-    return std::visit(Encode{canvas, recorded, choices}, format.kind);
+// Flattened as overlay bitmaps are: the picture laid onto an opaque colour.
+Data encodeChartBitmap(const FrameLineChart& chart, NSBitmapImageFileType type, const std::optional<Color>& flatten) {
+    CoreGraphicsRenderer renderer(chart);
+    if (flatten) {
+        dynamic_cast<CairoContext&>(renderer.context()).paintBehind(flatten->red, flatten->green, flatten->blue);
+    }
+    return renderer.render(type);
 }
 
-std::optional<Data> thumbnailOf(const FDLCanvas& canvas, int maxSide, const std::optional<Color>& background) {
+Data encodeChart(const FDLCanvas& canvas, const OutputFormat& format, CGSize size, const DrawingChoices& choices) {
+    struct Encode {
+        const FDLCanvas& canvas;
+        CGSize size;
+        const DrawingChoices& choices;
+        Data operator()(const BitmapOutput& bitmap) const {
+            return encodeChartBitmap(FrameLineChart(canvas, size, choices.background), bitmap.type, choices.flatten);
+        }
+        Data operator()(const PDFOutput&) const { return drawPDF({chartPage(canvas, size, choices.background)}); }
+        Data operator()(const SVGOutput&) const {
+            PDFPage page = chartPage(canvas, size, choices.background);
+            return drawSVG(page.size, page.draw);
+        }
+    };
+    return std::visit(Encode{canvas, size, choices}, format.kind);
+}
+
+Data thumbnailOf(const FDLCanvas& canvas, int maxSide, const std::optional<Color>& background,
+                 const std::optional<Color>& flatten) {
     ThumbnailSize pixels = thumbnailSize(chartSize(canvas, false), maxSide);
     const CGSize size{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
-    return thumbnailPNG(PreviewProvider::sketchReply(std::make_shared<FrameLineChart>(canvas, size, background)),
-                        maxSide);
+    BitmapContext bitmap =
+        drawThumbnail(PreviewProvider::sketchReply(std::make_shared<FrameLineChart>(canvas, size, background)), maxSide);
+    if (flatten) bitmap.context().paintBehind(flatten->red, flatten->green, flatten->blue);
+    return encodePNG(bitmap.image());
 }
 
 }  // namespace
@@ -109,37 +100,28 @@ void addFrameLineOptions(CLI::App& command, FrameLineOptions& options) {
 
 RenderOutcome renderFramingDecisionList(const CommandInput& input, const fs::path& output,
                                         const OutputFormat& format, const DrawingChoices& choices) {
-    ChosenCanvas chosen = chooseCanvas(input, choices.frameLines.choice, choices.frameLines.desqueeze);
+    ChosenCanvas chosen = chooseCanvas(input, choices.frameLines.choice);
     if (!chosen.canvas) return {ExitCode::badDocument, {chosen.problem}};
-    return writeEncoded(input.name(), output, [&] { return encodeChart(*chosen.canvas, format, choices); });
+    const CGSize size = outputSize(chartSize(*chosen.canvas, choices.frameLines.desqueeze), choices.size);
+    if (auto refused = refusedOutputSize(format, size)) return {ExitCode::badUsage, {input.name() + ": " + *refused}};
+    MemoryBudget::Reservation held;
+    if (choices.memory) held = choices.memory->reserve(outputMemory(format, size));
+    return writeEncoded(input.name(), output, [&] { return encodeChart(*chosen.canvas, format, size, choices); });
 }
 
-std::optional<ExitCode> thumbnailFramingDecisionList(const fs::path& file, int maxSide,
-                                                     const std::optional<Color>& background, const fs::path& output) {
-    if (!isFramingDecisionList({}, file.string())) return std::nullopt;
-    CommandInput input = readCommandInput(file.string());
-    if (input.unreadable) {
-        reportProblems(input.unreadable->problems);
-        return input.unreadable->failure;
-    }
-    ChosenCanvas chosen = chooseCanvas(input, {}, false);
-    std::optional<Data> png;
+std::optional<ChartThumbnail> framingDecisionListThumbnail(const DocumentSource& source, int maxSide,
+                                                           const std::optional<Color>& background,
+                                                           const std::optional<Color>& flatten) {
+    if (!isFramingDecisionList({}, source.name())) return std::nullopt;
+    CommandInput input = readCommandInput(source);
+    if (input.unreadable) return ChartThumbnail{std::nullopt, input.unreadable->failure, input.unreadable->problems};
+    ChosenCanvas chosen = chooseCanvas(input, {});
+    if (!chosen.canvas) return ChartThumbnail{std::nullopt, ExitCode::badDocument, {chosen.problem}};
     try {
-        if (chosen.canvas) png = thumbnailOf(*chosen.canvas, maxSide, background);
+        return ChartThumbnail{thumbnailOf(*chosen.canvas, maxSide, background, flatten), ExitCode::ok, {}};
     } catch (const std::exception& error) {
-        chosen.problem = file.string() + ": cannot draw: " + error.what();
+        return ChartThumbnail{std::nullopt, ExitCode::badDocument, {source.name() + ": cannot draw: " + error.what()}};
     }
-    if (!png) {
-        std::cerr << chosen.problem << '\n';
-        return ExitCode::badDocument;
-    }
-    try {
-        writeDataInPlaceLocked(*png, output);
-    } catch (const fs::filesystem_error& error) {
-        std::cerr << output.string() << ": cannot write: " << fileErrorReason(error) << '\n';
-        return ExitCode::ioFailure;
-    }
-    return ExitCode::ok;
 }
 
 }  // namespace vantel::cli

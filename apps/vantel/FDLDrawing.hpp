@@ -10,6 +10,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace vantel::cli {
 
@@ -17,10 +19,16 @@ namespace vantel::cli {
 RenderOutcome renderFramingDecisionList(const CommandInput& input, const std::filesystem::path& output,
                                         const OutputFormat& format, const DrawingChoices& choices);
 
-// The thumbnail of a file named ".fdl", written to `output` as the overlay
-// thumbnail is; nothing for any other name, which the overlay path takes.
-std::optional<ExitCode> thumbnailFramingDecisionList(const std::filesystem::path& file, int maxSide,
-                                                     const std::optional<Color>& background,
-                                                     const std::filesystem::path& output);
+struct ChartThumbnail {
+    std::optional<Data> png;
+    ExitCode failure = ExitCode::ok;    // when there is no picture
+    std::vector<std::string> problems;  // one line each, naming the input
+};
+
+// The thumbnail of a source named ".fdl"; nothing for any other name, which
+// the overlay path takes.
+std::optional<ChartThumbnail> framingDecisionListThumbnail(const DocumentSource& source, int maxSide,
+                                                           const std::optional<Color>& background,
+                                                           const std::optional<Color>& flatten);
 
 }  // namespace vantel::cli

@@ -122,10 +122,20 @@ public:
         return out + make_footer(app);
     }
 
+    // Footer lines "  NAME  meaning" are lists (environment, files, exit
+    // codes) and line up as the options do; the rest is re-flowed.
     std::string make_footer(const CLI::App* app) const override {
         std::string footer = app->get_footer();
         if (footer.empty()) return "";
-        return "\n" + wrappedText(footer, 0, 0) + "\n";
+        std::string out = "\n";
+        std::istringstream lines(footer);
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t gap = line.find("  ", 2);
+            const bool listed = line.starts_with("  ") && line.size() > 2 && line[2] != ' ' && gap != std::string::npos;
+            out += listed ? entry(line.substr(0, gap), line.substr(line.find_first_not_of(' ', gap)))
+                          : wrappedText(line, 0, 0) + "\n";
+        }
+        return out;
     }
 };
 

@@ -4,6 +4,7 @@
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 #include "NewDocument.hpp"
+#include "RenderOutput.hpp"
 
 #include <Platform/FileIO.hpp>
 
@@ -24,11 +25,13 @@ struct NewOptions {
 ExitCode runNew(const NewOptions& options) {
     const Preset preset = presetNamed(options.preset).value();  // the option accepts only known names
     std::error_code error;
-    if (!options.force && std::filesystem::exists(options.output, error)) {
+    bool toStandardOutput = options.output == standardStream;
+    if (!options.force && !toStandardOutput && std::filesystem::exists(options.output, error)) {
         throw CLI::ValidationError(options.output + ": already exists; give --force to replace it");
     }
     Data bytes = encodeNewDocument(newDocument(preset), options.binary);
     try {
+        if (toStandardOutput) return writeToStandardOutput(bytes) ? ExitCode::ok : ExitCode::ioFailure;
         writeDataAtomically(bytes, std::filesystem::path(options.output));
     } catch (const std::filesystem::filesystem_error& failure) {
         reportProblems({options.output + ": cannot write: " + fileErrorReason(failure)});
@@ -50,7 +53,7 @@ CommandRegistration registration(50, [](CLI::App& app, ExitCode& result) {
     CLI::App* sub = app.add_subcommand("new", "Write a new overlay document from a preset");
     setUsageForms(sub, {"vantel new [--preset default|test] [--binary] [--force] -o FILE"});
     sub->footer(newFooter);
-    sub->add_option("-o,--output", options->output, "the document to write (.aspectratio)")
+    sub->add_option("-o,--output", options->output, "the document to write (.aspectratio); - writes it to standard output")
         ->required()
         ->option_text("FILE")
         ->group("Output");

@@ -33,7 +33,8 @@ struct RenderOptions {
     std::string format;
     unsigned jobs = 0;  // 0: one per core
     SizeRequest size;
-    std::string background;
+    std::optional<std::string> background;
+    std::optional<std::string> flatten;
     FrameLineOptions frameLines;
 };
 
@@ -61,19 +62,28 @@ void checkOutputNaming(const RenderOptions& options) {
     }
 }
 
-// Several documents go to one file only as the pages of a PDF, and standard
-// output takes one document.
+// Several documents go to one file, standard output too, only as the pages
+// of a PDF.
 void checkOneOutputForMany(const RenderOptions& options, const OutputFormat& format) {
     if (std::count(options.inputs.begin(), options.inputs.end(), standardStream.string()) > 1) {
         throw CLI::ValidationError("FILE", "- (standard input) can be given once");
     }
-    if (options.output == standardStream && options.inputs.size() > 1) {
-        throw CLI::ValidationError("-o", "- writes one document to standard output; give one FILE");
+    if (options.output == standardStream && options.inputs.size() > 1 && !format.holdsPages()) {
+        throw CLI::ValidationError("-o", "- writes one " + format.extension +
+                                             " to standard output; give one FILE, or --format pdf for a page each");
     }
     if (!options.output.empty() && options.inputs.size() > 1 && !format.holdsPages()) {
         throw CLI::ValidationError("-o", "names one " + format.extension +
                                              " for one document; use --out-dir DIR for several, or a .pdf "
                                              "for a page each");
+    }
+}
+
+// Vector outputs keep their own transparency rules: a PDF page is opaque
+// white already, and an SVG picture is laid onto whatever shows it.
+void checkFlattenFits(const RenderOptions& options, const OutputFormat& format) {
+    if (options.flatten && !std::holds_alternative<BitmapOutput>(format.kind)) {
+        throw CLI::ValidationError("--flatten", "applies to bitmap formats, not to " + format.extension);
     }
 }
 
@@ -113,9 +123,12 @@ unsigned threadCount(const RenderOptions& options, std::size_t jobs) {
 }
 
 // Renders every job on up to `threads` workers taking the next job in turn.
-// Each document is read, laid out and drawn on the worker that took it.
-ExitCode renderAll(const std::vector<RenderJob>& jobs, const DrawingChoices& choices, const OutputFormat& format,
+// Each document is read, laid out and drawn on the worker that took it; the
+// bitmaps in flight share one memory budget, so large pictures take turns.
+ExitCode renderAll(const std::vector<RenderJob>& jobs, DrawingChoices choices, const OutputFormat& format,
                    unsigned threads, BatchProgress& progress) {
+    MemoryBudget memory(MemoryBudget::forThisMachine(maxEncodingMemory));
+    choices.memory = &memory;
     std::atomic<std::size_t> next{0};
     std::vector<ExitCode> codes(jobs.size(), ExitCode::ok);
     auto work = [&] {
@@ -172,9 +185,11 @@ RenderOptions inNaturalOrder(RenderOptions options) {
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     checkSizeRequest(options.size);
-    const DrawingChoices choices{options.size, chosenBackground(options.background), options.frameLines};
+    const DrawingChoices choices{options.size, chosenBackground(options.background), chosenFlatten(options.flatten),
+                                 nullptr, options.frameLines};
     const OutputFormat format = chosenFormat(options);
     checkOneOutputForMany(options, format);
+    checkFlattenFits(options, format);
     if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options, choices);
     const std::vector<RenderJob> jobs = plannedJobs(inNaturalOrder(options), format);
     if (!options.output.empty()) {
@@ -198,13 +213,23 @@ const char* const renderFooter =
     "per failed file and a summary at the end. Documents are taken in natural "
     "order of their names, numbers by value (shot2 before shot10), whatever "
     "order they were given in, and errors are reported in that order. With "
-    "several documents and one PDF output, each document is a page of it, in "
-    "the order given.\n"
+    "several documents and one PDF output (a .pdf file, or - with --format "
+    "pdf), each document is a page of it, in the order given.\n"
+    "Colours: --background and --flatten take CSS colours, as rsvg-convert -b "
+    "does: names in any case, #rgb, #rgba, #rrggbb, "
+    "#rrggbbaa, rgb() and rgba() with 0-255 numbers or percentages (alpha 0-1 "
+    "or a percentage), hsl() and hsla(), and transparent. Every form vantel "
+    "info --colors writes is one of them.\n"
     "Sizes: by default the output has the canvas's size. With --width or "
     "--height alone the other side follows the canvas's aspect; with both the "
     "picture is fitted inside W x H, or fills it with --stretch. The drawing is "
     "scaled as a whole: bitmaps get that many pixels, PDF pages that many "
-    "points, SVG pictures that many pixels, still vector.\n"
+    "points, SVG pictures that many pixels, still vector; every format of one "
+    "command gets the same whole-number size. A bitmap past 32767 px a side, "
+    "past the memory one picture may hold, or whose guides and grid lines "
+    "would take too long to draw at that size, is refused as bad usage (exit "
+    "2) with the numbers and the limit; PDF and SVG are not. With --jobs, "
+    "large pictures take turns so that those in flight fit in memory.\n"
     "SVG output draws the same picture as the bitmaps, as paths only: colours "
     "with their alpha, stroke weights, and the holes of guides that clear what "
     "lies beneath (as masks).\n"
@@ -249,6 +274,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     setUsageForms(sub, {"vantel render FILE -o OUT [--format F] [--width W] [--height H] [--zoom Z]",
                         "cat FILE | vantel render - -o - [--format F] > OUT",
                         "vantel render FILE... -o OUT.pdf",
+                        "vantel render FILE... -o - --format pdf > OUT.pdf",
                         "vantel render FILE... --out-dir DIR [--format F] [--jobs N]"});
     sub->footer(renderFooter);
     sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio) or framing decision lists (.fdl), files or http(s) URLs; - reads one from standard input")
@@ -258,6 +284,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     addOutputOptions(*sub, *options);
     addSizeOptions(*sub, *options);
     addBackgroundOption(*sub, options->background);
+    addFlattenOption(*sub, options->flatten);
     addFrameLineOptions(*sub, options->frameLines);
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
         ->check(CLI::Range(1u, 1024u))

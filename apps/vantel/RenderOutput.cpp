@@ -3,6 +3,7 @@
 #include "DocumentLoading.hpp"
 #include "FDLDrawing.hpp"
 
+#include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
@@ -34,6 +35,7 @@ std::string renderErrorText(const RenderError& error) {
 RenderOutcome failure(ExitCode code, std::string line) { return {code, {std::move(line)}}; }
 
 
+
 }  // namespace
 
 namespace {
@@ -43,7 +45,7 @@ namespace {
 PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequest& size) {
     auto reply = std::make_shared<QLPreviewReply>(PreviewProvider::previewReply(document));
     CGSize canvas = reply->contextSize;
-    CGSize page = requestedSize(canvas, size);
+    CGSize page = outputSize(canvas, size);
     return {page, [reply, canvas, page](CGContext& context) {
                 context.scaleCTM(page.width / canvas.width, page.height / canvas.height);
                 reply->draw(context);
@@ -76,10 +78,20 @@ private:
     CGSize pixels_;
 };
 
-Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const SizeRequest& size) {
-    if (size.keepsCanvasSize()) return CoreGraphicsRenderer(document).render(type);
-    ScaledDocument scaled(document, requestedPixelSize(document.size().cg(), size));
-    return CoreGraphicsRenderer(scaled).render(type);
+Data encodeSketch(const Sketch& sketch, NSBitmapImageFileType type, const std::optional<Color>& flatten) {
+    CoreGraphicsRenderer renderer(sketch);
+    if (flatten) {
+        // A renderer made from a sketch draws into a cairo bitmap of its own.
+        dynamic_cast<CairoContext&>(renderer.context()).paintBehind(flatten->red, flatten->green, flatten->blue);
+    }
+    return renderer.render(type);
+}
+
+Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const DrawingChoices& choices) {
+    CGSize pixels = outputSize(document.size().cg(), choices.size);
+    if (pixels == document.size().cg()) return encodeSketch(document, type, choices.flatten);
+    ScaledDocument scaled(document, pixels);
+    return encodeSketch(scaled, type, choices.flatten);
 }
 
 // Encodes with `encode`, turning what it throws into the file's lines.
@@ -110,18 +122,18 @@ RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::pat
 }  // namespace
 
 Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
-                    const SizeRequest& size) {
+                    const DrawingChoices& choices) {
     struct Encode {
         const std::shared_ptr<const OverlayGen>& document;
-        const SizeRequest& size;
-        Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, size); }
-        Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, size)}); }
+        const DrawingChoices& choices;
+        Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, choices); }
+        Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, choices.size)}); }
         Data operator()(const SVGOutput&) const {
-            PDFPage page = pageOf(document, size);
+            PDFPage page = pageOf(document, choices.size);
             return drawSVG(page.size, page.draw);
         }
     };
-    return std::visit(Encode{document, size}, format.kind);
+    return std::visit(Encode{document, choices}, format.kind);
 }
 
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
@@ -153,7 +165,13 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     const DocumentSource& source = read.source;
     CommandDocument loaded = readDocument(source, true, choices.background);
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
-    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices.size); });
+    const CGSize size = outputSize(loaded.document->size().cg(), choices.size);
+    if (auto refused = refusedOutput(*loaded.document, format, size)) {
+        return failure(ExitCode::badUsage, source.name() + ": " + *refused);
+    }
+    MemoryBudget::Reservation held;
+    if (choices.memory) held = choices.memory->reserve(outputMemory(format, size));
+    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices); });
 }
 
 RenderOutcome writeEncoded(const std::string& name, const std::filesystem::path& output,

@@ -7,6 +7,7 @@
 
 #include "CommandRegistry.hpp"
 #include "FrameLineOptions.hpp"
+#include "MemoryBudget.hpp"
 #include "OutputFormat.hpp"
 #include "OutputSize.hpp"
 
@@ -26,11 +27,15 @@ namespace vantel::cli {
 inline const std::filesystem::path standardStream = "-";
 
 // How each document is drawn: at the size asked for, over the background
-// asked for (its own when none).
+// asked for (its own when none), for bitmaps laid onto an opaque colour
+// when one is given (--flatten); with a memory budget when several render
+// at once.
 struct DrawingChoices {
     SizeRequest size;
     std::optional<Color> background;
-    FrameLineOptions frameLines;  // for framing decision lists
+    std::optional<Color> flatten;
+    MemoryBudget* memory = nullptr;
+    FrameLineOptions frameLines{};  // for framing decision lists
 };
 
 struct RenderOutcome {
@@ -41,9 +46,9 @@ struct RenderOutcome {
 };
 
 // The whole file in memory: a bitmap image, or a one-page vector PDF of the
-// canvas, at the size asked for. Throws RenderError or std::bad_alloc.
+// canvas, drawn as chosen. Throws RenderError or std::bad_alloc.
 Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
-                    const SizeRequest& size = {});
+                    const DrawingChoices& choices = {});
 
 // Several documents as one PDF, a page each in order, each page its own
 // canvas's size (or the size asked for). Every document is read and checked

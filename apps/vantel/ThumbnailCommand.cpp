@@ -4,16 +4,19 @@
 // reply's drawing and writes the PNG.
 //
 // How file browsers run it shapes the output: OUTPUT often has no extension
-// (always PNG); Thunar starts two runs for one output at once; tumblerd reads
-// the PNG through a descriptor it opened before the run, so OUTPUT is written
-// in place, under a lock, and only once the picture is whole in memory.
+// (always PNG); Thunar starts two runs for one output at once; tumblerd makes
+// OUTPUT as an empty file and reads the PNG back through the descriptor it
+// holds, so an empty OUTPUT is filled in place, under a lock, and anything
+// else is replaced by a rename, all only once the picture is whole in memory.
 
 #include "BackgroundOption.hpp"
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 #include "FDLDrawing.hpp"
+#include "RenderOutput.hpp"
 
+#include <CoreGraphicsRendering/ImageEncoding.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/URL.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
@@ -24,6 +27,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vantel::cli {
 
@@ -33,65 +37,112 @@ struct ThumbnailOptions {
     int size = 256;
     std::string input;
     std::filesystem::path output;
-    std::string background;
+    std::optional<std::string> background;
+    std::optional<std::string> flatten;
 };
 
 // Largest SIZE accepted: far above the 1024 of the largest thumbnail flavour,
 // small enough that the bitmap stays cheap.
 constexpr int largestThumbnail = 4096;
 
-// INPUT as file browsers pass it: a file URI (%u) or a path (%i). Other
-// schemes have no local file to read.
-std::optional<std::filesystem::path> inputPath(const std::string& input) {
-    bool isURI = input.starts_with("file:") || input.find("://") != std::string::npos;
-    if (!isURI) return std::filesystem::path(input);
+// INPUT as file browsers pass it: a file URI (%u) or a path (%i); "-" reads
+// standard input. A web address (or smb://, trash://, ...) names no local
+// file, even when its path is the path of one: it is refused, never read as
+// that path.
+bool looksLikeURI(const std::string& input) {
+    return input.starts_with("file:") || input.find("://") != std::string::npos;
+}
+
+std::optional<std::filesystem::path> inputFile(const std::string& input) {
+    if (!looksLikeURI(input)) return std::filesystem::path(input);
     std::optional<URL> url = URL::fromString(input);
     if (!url || !url->isFileURL()) return std::nullopt;
     return url->path();
 }
 
+std::optional<DocumentSource> inputSource(const std::string& input) {
+    if (input == standardStream) return DocumentSource::standardInput();
+    std::optional<std::filesystem::path> file = inputFile(input);
+    if (!file) return std::nullopt;
+    return DocumentSource::file(*file);
+}
+
+// Links followed: a link at OUTPUT to the document would replace it too.
+void refuseOverwritingInput(const ThumbnailOptions& options) {
+    if (options.input == standardStream || options.output == standardStream) return;
+    std::optional<std::filesystem::path> file = inputFile(options.input);
+    std::error_code error;
+    if (file && std::filesystem::equivalent(*file, options.output, error)) {
+        throw CLI::ValidationError(options.output.string() + ": is the document being read; choose another output");
+    }
+}
+
+ExitCode writeThumbnail(const Data& png, const std::filesystem::path& output) {
+    try {
+        if (output == standardStream) return writeToStandardOutput(png) ? ExitCode::ok : ExitCode::ioFailure;
+        writeDataInPlaceOrAtomically(png, output);
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::cerr << output.string() << ": cannot write: " << fileErrorReason(error) << '\n';
+        return ExitCode::ioFailure;
+    }
+    return ExitCode::ok;
+}
+
 // The thumbnail as PNG data, or the line saying why there is none. The
 // provider answers for the document this command read and checked, not for
 // a second read of the file, which may have changed since.
-std::optional<Data> drawDocument(const std::filesystem::path& file, std::shared_ptr<const OverlayGen> document,
-                                 int size, std::string& failure) {
+std::optional<Data> drawDocument(const std::string& name, std::shared_ptr<const OverlayGen> document, int size,
+                                 const std::optional<Color>& flatten, std::string& failure) {
     try {
         QLPreviewReply reply = PreviewProvider::previewReply(std::move(document));
-        return thumbnailPNG(reply, size);
+        BitmapContext bitmap = drawThumbnail(reply, size);
+        if (flatten) bitmap.context().paintBehind(flatten->red, flatten->green, flatten->blue);
+        return encodePNG(bitmap.image());
     } catch (const std::exception& error) {
-        failure = file.string() + ": cannot draw: " + error.what();
+        failure = name + ": cannot draw: " + error.what();
     }
     return std::nullopt;
 }
 
 ExitCode runThumbnail(const ThumbnailOptions& options) {
-    std::optional<std::filesystem::path> file = inputPath(options.input);
-    if (!file) {
+    std::optional<DocumentSource> source = inputSource(options.input);
+    if (!source) {
         std::cerr << options.input << ": not a file path or a local file URI\n";
         return ExitCode::badUsage;
     }
+    refuseOverwritingInput(options);
     const std::optional<Color> background = chosenBackground(options.background);
-    if (auto drawn = thumbnailFramingDecisionList(*file, options.size, background, options.output)) return *drawn;
+    const std::optional<Color> flatten = chosenFlatten(options.flatten);
+    if (auto chart = framingDecisionListThumbnail(*source, options.size, background, flatten)) {
+        if (!chart->png) {
+            reportProblems(chart->problems);
+            return chart->failure;
+        }
+        return writeThumbnail(*chart->png, options.output);
+    }
     // Checked first, so that a document the libraries would refuse to draw
     // never reaches them.
-    CommandDocument loaded = readDocument(DocumentSource::file(*file), true, background);
+    CommandDocument loaded = readDocument(*source, true, background);
     if (!loaded.ok()) {
         reportProblems(loaded.problems);
         return loaded.failure;
     }
+    // A thumbnail draws small, so what it costs is counted at its own size:
+    // a canvas far too large to render whole still gets one.
+    ThumbnailSize drawn = thumbnailSize(loaded.document->size().cg(), options.size);
+    std::vector<DocumentProblem> costs =
+        checkDrawingCost(*loaded.document, CGSize{double(drawn.width), double(drawn.height)});
+    if (!costs.empty()) {
+        std::cerr << source->name() << ": " << costs.front().text() << '\n';
+        return ExitCode::badUsage;
+    }
     std::string failure;
-    std::optional<Data> png = drawDocument(*file, std::move(loaded.document), options.size, failure);
+    std::optional<Data> png = drawDocument(source->name(), std::move(loaded.document), options.size, flatten, failure);
     if (!png) {
         std::cerr << failure << '\n';
         return ExitCode::badDocument;
     }
-    try {
-        writeDataInPlaceLocked(*png, options.output);
-    } catch (const std::filesystem::filesystem_error& error) {
-        std::cerr << options.output.string() << ": cannot write: " << fileErrorReason(error) << '\n';
-        return ExitCode::ioFailure;
-    }
-    return ExitCode::ok;
+    return writeThumbnail(*png, options.output);
 }
 
 const char* const thumbnailFooter =
@@ -111,15 +162,16 @@ CommandRegistration registration(20, [](CLI::App& app, ExitCode& result) {
         ->check(CLI::Range(1, largestThumbnail))
         ->option_text("N")
         ->group("Output");
-    command->add_option("INPUT", options->input, "The document: a path or a file:// URI")
+    command->add_option("INPUT", options->input, "The document: a path or a file:// URI; - reads standard input")
         ->required()
         ->option_text("INPUT")
         ->group("Input");
-    command->add_option("OUTPUT", options->output, "Where the PNG goes (any name; written in place)")
+    command->add_option("OUTPUT", options->output, "Where the PNG goes (any name); - writes it to standard output")
         ->required()
         ->option_text("OUTPUT")
         ->group("Output");
     addBackgroundOption(*command, options->background);
+    addFlattenOption(*command, options->flatten);
     command->callback([&result, options] { result = runThumbnail(*options); });
 });
 

@@ -22,7 +22,7 @@ ExitCode runValidate(const std::vector<std::string>& files) {
         }
         CommandDocument loaded = input.unreadable ? std::move(*input.unreadable) : readDocument(input.source);
         if (loaded.ok()) {
-            std::cout << file << ": ok\n";
+            std::cout << input.name() << ": ok\n";
         } else {
             std::cout.flush();
             reportProblems(loaded.problems);
@@ -33,7 +33,8 @@ ExitCode runValidate(const std::vector<std::string>& files) {
 }
 
 const char* const validateFooter =
-    "Prints \"FILE: ok\" on standard output for each document that can be drawn,\n"
+    "Prints \"FILE: ok\" on standard output for each document that can be drawn\n"
+    "(\"stdin: ok\" for -, as in every message about standard input),\n"
     "and one line per problem on standard error for the others, naming where the\n"
     "value is: \"FILE: ratios[1].children[0].columnType: ...\".\n"
     "Exit codes: 0 every document is fine, 1 a document is bad, 2 bad usage,\n"

@@ -6,6 +6,7 @@
 #include <libdeflate.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
@@ -66,6 +67,15 @@ TEST(PDFDocumentTest, OnePageOfTheGivenSizeDrawnInVectorsEvenWhereItClears) {
     EXPECT_NE(operators.find("0 0 1 RG"), std::string::npos) << operators;  // the blue line
     // The paper goes down where the clear comes, under the later line.
     EXPECT_LT(operators.find("1 1 1 rg"), operators.find("0 0 1 RG"));
+}
+
+TEST(PDFDocumentTest, CreationDateIsAPDFDateOnlyWhenSourceDateEpochIsSet) {
+    auto nothing = [](CGContext&) {};
+    ::setenv("SOURCE_DATE_EPOCH", "1700000000", 1);
+    std::string dated = text(drawPDF(CGSize{10, 10}, nothing));
+    ::unsetenv("SOURCE_DATE_EPOCH");
+    EXPECT_NE(dated.find("/CreationDate (D:20231114221320Z)"), std::string::npos) << dated;
+    EXPECT_EQ(text(drawPDF(CGSize{10, 10}, nothing)).find("/CreationDate"), std::string::npos);
 }
 
 TEST(PDFDocumentTest, EmptyPageSizeThrowsAndNonFiniteSizeStops) {

@@ -40,8 +40,8 @@ TEST(DocumentCheckTest, CanvasValuesThatCannotBeDrawnAreNamed) {
               (std::vector<std::string>{"size: canvas 0.5 x 100.0 is smaller than one pixel"}));
     EXPECT_EQ(problemsOf(Size(40000, 10, 0), {}),
               (std::vector<std::string>{"size: canvas 40000.0 x 10.0 is larger than the limit of 32767 px a side"}));
-    EXPECT_EQ(problemsOf(Size(30000, 30000, 0), {}),
-              (std::vector<std::string>{"size: canvas 30000.0 x 30000.0 is larger than the limit of 268435456 pixels"}));
+    // Its area is the output's affair: drawn smaller, it draws.
+    EXPECT_TRUE(problemsOf(Size(30000, 30000, 0), {}).empty());
     EXPECT_EQ(problemsOf(Size(100, 50, 25), {}),
               (std::vector<std::string>{"size.margin: margin 25.0 leaves no room on a 100.0 x 50.0 canvas"}));
 }
@@ -103,4 +103,31 @@ TEST(DocumentCheckTest, GridLinesOfAllGuidesTogetherAreLimited) {
     EXPECT_EQ(problemsOf(Size(1000, 1000, 0), {parent}),
               (std::vector<std::string>{
                   "ratios: the guides would draw 1000989 grid lines in all, more than the limit of 1000000"}));
+}
+
+TEST(DocumentCheckTest, DrawingCostIsCountedAtTheSizeDrawn) {
+    auto costsOf = [](const OverlayGen& document, double side) {
+        std::vector<std::string> lines;
+        for (const auto& problem : checkDrawingCost(document, {side, side})) lines.push_back(problem.text());
+        return lines;
+    };
+    // Every guide is replayed over the whole picture.
+    AspectRatio crowded = guide(1, 1, 0);
+    crowded.children = std::vector<AspectRatio>(40000, guide(1, 1, 0));
+    OverlayGen crowd(Size(16384, 16384, 0), Color::clear(), {crowded});
+    EXPECT_EQ(costsOf(crowd, 16384),
+              (std::vector<std::string>{"ratios: 40001 guides drawn at 16384 x 16384 px cost 10737686675456 guide "
+                                        "pixels, more than the limit of 17179869184"}));
+    EXPECT_TRUE(costsOf(crowd, 256).empty());
+
+    // A grid line costs its drawn length, however many canvas units it spans.
+    AspectRatio lined = guide(1, 1, 0);
+    lined.rowType = GridType::pixels(1);
+    lined.columnType = GridType::pixels(1);
+    OverlayGen grids(Size(16384, 16384, 0), Color::clear(), std::vector<AspectRatio>(30, lined));
+    EXPECT_EQ(costsOf(grids, 16384),
+              (std::vector<std::string>{"ratios: the grid lines drawn at 16384 x 16384 px cover 16105144320 pixels "
+                                        "of line, more than the limit of 536870912"}));
+    EXPECT_TRUE(costsOf(grids, 256).empty());
+    EXPECT_TRUE(costsOf(OverlayGen(Size(16384, 16384, 0), Color::clear(), AspectRatio::test()), 16384).empty());
 }

@@ -5,9 +5,13 @@
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cerrno>
+#include <chrono>
 #include <functional>
 #include <string>
+#include <thread>
 
 using namespace vantel;
 using vantel::testing::TemporaryFolder;
@@ -78,4 +82,33 @@ TEST(FileIOTest, BoundedReadsStopAtTheLimitEvenOnEndlessFiles) {
     // A device that never ends, larger than one read, and a file that is not there.
     EXPECT_EQ(readData("/dev/zero", 300'000), Data(300'000, 0));
     EXPECT_EQ(fileError([&] { readData(folder / "absent", 4); }).code(), std::errc::no_such_file_or_directory);
+}
+
+// Named pipes are opened without blocking: one that no one writes to fails
+// after quietInputSeconds instead of holding the reader forever.
+TEST(FileIOTest, PipesAreReadUntilTheyGoQuietAndWrittenIntoAsTheyAre) {
+    TemporaryFolder folder;
+    std::filesystem::path pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    auto quiet = fileError([&] { readData(pipe, 100); });
+    EXPECT_EQ(quiet.code(), std::error_code(static_cast<int>(FileError::nothingArrived), fileErrorCategory()));
+    EXPECT_EQ(fileErrorReason(quiet), "nothing arrived within 3 seconds");
+
+    auto noReader = fileError([&] { writeDataAtomically(bytes("x"), pipe); });
+    EXPECT_EQ(fileErrorReason(noReader), "no one is reading from it");
+
+    Data received;
+    std::thread reader([&] { received = readData(pipe, 100); });
+    while (true) {  // until the reader has the pipe open
+        try {
+            writeDataAtomically(bytes("through the pipe"), pipe);
+            break;
+        } catch (const std::filesystem::filesystem_error&) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
+    reader.join();
+    EXPECT_EQ(received, bytes("through the pipe"));
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    EXPECT_EQ(entryCount(folder.path()), 1u);
 }

@@ -1,6 +1,7 @@
 #!/bin/bash
 # Every broken document of tests/data/bad/ (and more made here: a guide
-# nested 10000 deep, a 100 MB file, /dev/zero, files that cannot be read) through
+# nested 10000 deep, a 100 MB file, /dev/zero, a named pipe no one writes to,
+# files that cannot be read) through
 # `vantel validate`, `vantel render -o` and `vantel thumbnail`: each must print
 # exactly its expected lines on standard error, each starting with the file's
 # path, exit with its expected code, not crash, and write nothing: no output,
@@ -43,8 +44,11 @@ code[folder]=3
 lines[folder]=$'cannot read: Is a directory\n'
 code[missing]=3
 lines[missing]=$'cannot read: No such file or directory\n'
+mkfifo "$made/fifo.aspectratio"  # a named pipe no one writes to
+code[fifo]=3
+lines[fifo]=$'cannot read: nothing arrived within 3 seconds\n'
 files+=("$made/deep-10000.aspectratio" "$made/huge-100mb.aspectratio" /dev/zero "$made/folder.aspectratio"
-        "$made/missing.aspectratio")
+        "$made/missing.aspectratio" "$made/fifo.aspectratio")
 
 out="$WORK/out"
 earlier="$WORK/earlier.png"

@@ -3,9 +3,10 @@
 
     imagecheck.py FILE FORMAT WIDTH HEIGHT
 
-FORMAT is png, tiff, bmp, gif, jpeg, jpeg2000 or pdf. The check reads the
+FORMAT is png, tiff, bmp, gif, jpeg, jpeg2000, pdf or svg. The check reads the
 signature and the header fields that give the size (a PDF: its header, a page
-whose MediaBox is WIDTH x HEIGHT points, and its end-of-file marker). Prints
+whose MediaBox is exactly WIDTH x HEIGHT points, and its end-of-file marker;
+an SVG: the width and height of its root). Prints
 one line and exits 1 when the file does not match.
 """
 import re
@@ -77,7 +78,14 @@ def pdf(data):
     if box is None:
         raise ValueError("no page MediaBox")
     x0, y0, x1, y1 = (float(v) for v in box.groups())
-    return round(x1 - x0), round(y1 - y0)
+    return x1 - x0, y1 - y0
+
+
+def svg(data):
+    root = re.search(rb'<svg\b[^>]*\bwidth="([^"]+)"[^>]*\bheight="([^"]+)"', data)
+    if root is None:
+        raise ValueError("no svg root with a width and height")
+    return float(root.group(1)), float(root.group(2))
 
 
 def main():

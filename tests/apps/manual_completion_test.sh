@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # The manual page and the shell completions: the page renders without
-# warnings and carries every option of --help; bash completes commands,
-# options, formats and documents; every shell's script knows every option.
+# warnings, carries every option of --help and has the sections a manual
+# page is read for (environment, files, exit codes as a list); bash completes
+# commands, options, formats and documents, names with blanks whole; every
+# shell's script knows every option.
 set -euo pipefail
 vantel=$1 source_dir=$(cd "$2" && pwd) manual=$3
 fail() { echo "FAIL: $*" >&2; exit 1; }
@@ -22,19 +24,27 @@ for command in $commands; do
   done
 done
 echo "$page" | grep -q "vantel render FILE -o OUT" || fail "manual lacks the render forms"
+section() { echo "$page" | sed -n "/^$1\$/,/^[A-Z]/p"; }
+for variable in SOURCE_DATE_EPOCH TMPDIR https_proxy; do
+  section ENVIRONMENT | grep -qw -- "$variable" || fail "ENVIRONMENT lacks $variable"
+done
+section FILES | grep -q "vantel.thumbnailer" || fail "FILES lacks the thumbnailer entry"
+[ "$(section "EXIT STATUS" | grep -cE '^ {7}[0-3] +[a-z]')" -eq 4 ] || fail "EXIT STATUS is not a list of codes: $(section "EXIT STATUS")"
+section "SEE ALSO" | grep -q "README" || fail "SEE ALSO does not point to where documents are described"
 
 # bash: what Tab offers after the words typed so far.
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-touch "$work/a.aspectratio" "$work/b.png"
-completions() {
+touch "$work/a.aspectratio" "$work/b.png" "$work/my shot.aspectratio"
+completions() { # the candidates, sorted, joined by "|"
   (cd "$work" && bash -c 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1));
-                          _vantel; printf "%s\n" "${COMPREPLY[@]}"' _ "$source_dir/completions/vantel.bash" "$@" | sort | xargs)
+                          _vantel; printf "%s\n" "${COMPREPLY[@]}"' _ "$source_dir/completions/vantel.bash" "$@" | sort | paste -sd '|')
 }
 [ "$(completions vantel re)" = render ] || fail "vantel re<Tab>: $(completions vantel re)"
 [ "$(completions vantel render --fo)" = --format ] || fail "render --fo<Tab>"
-[ "$(completions vantel render -f jp)" = "jp2 jpeg jpeg2000 jpg" ] || fail "render -f jp<Tab>: $(completions vantel render -f jp)"
-[ "$(completions vantel render '')" = a.aspectratio ] || fail "render <Tab>: $(completions vantel render '')"
+[ "$(completions vantel render -f jp)" = "jp2|jpeg|jpeg2000|jpg" ] || fail "render -f jp<Tab>: $(completions vantel render -f jp)"
+[ "$(completions vantel render '')" = "a.aspectratio|my shot.aspectratio" ] || fail "render <Tab>: $(completions vantel render '')"
+[ "$(completions vantel render -o my)" = "my shot.aspectratio" ] || fail "render -o my<Tab>: $(completions vantel render -o my)"
 
 for shell in zsh fish; do
   if command -v $shell > /dev/null; then

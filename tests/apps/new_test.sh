@@ -54,6 +54,12 @@ run new --force --preset test -o "$WORK/existing.aspectratio"
 [ "$status" -eq 0 ] || fail "--force: exit status $status: $(cat "$WORK/stderr")"
 expect_document "$WORK/existing.aspectratio" "<?xml" "description  overlay_16x9_9x16"
 
+# - is standard output, even where a file named - exists.
+touch "$WORK/-"
+(cd "$WORK" && "$VANTEL" new -o - --binary >"$WORK/stdout") || fail "new -o -: exit status $?"
+[ "$(head -c 8 "$WORK/stdout")" = bplist00 ] || fail "new -o -: no document on standard output"
+[ ! -s "$WORK/-" ] || fail "new -o - wrote a file named -"
+
 run new --preset wide -o "$WORK/wide.aspectratio"
 [ "$status" -eq 2 ] || fail "unknown preset: exit status $status, expected 2"
 run new

@@ -1,7 +1,8 @@
 """Drives vantel-preview in a headless X server: the first picture, a save
 with a new background, a broken save, Right to the next document, then `1`
 (100 %, scrollable) and `0` (fit), Ctrl+C (a PNG on the clipboard) and a
-resize. Pictures are compared with what `vantel render` draws at the same
+resize; then a named pipe whose writer is slow, which must not hold up the
+window. Pictures are compared with what `vantel render` draws at the same
 size.
 
 usage: preview_window_test.py VANTEL_PREVIEW VANTEL SOURCE_DIR   (run under xvfb-run)
@@ -147,6 +148,26 @@ def check_resize(window, path):
     assert not close(rgb(350, 60), (30, 30, 200)), "the picture is not centred after the resize"
 
 
+def check_slow_pipe(folder):
+    """The window comes up while the document still trickles in through a
+    pipe (a space at a time, where XML allows it), then shows it."""
+    pipe = os.path.join(folder, "piped.aspectratio")
+    os.mkfifo(pipe)
+    with open(os.path.join(source, "examples/sample.aspectratio"), "rb") as sample:
+        declaration, rest = sample.read().split(b"?>", 1)
+    viewer = subprocess.Popen([preview, pipe])
+    try:
+        writer = os.open(pipe, os.O_WRONLY)
+        os.write(writer, declaration + b"?>")
+        trickle = lambda: os.write(writer, b" ") and xdotool("search", "--name", "piped.aspectratio")
+        window = wait_for("the window appears while the pipe is still open", trickle, 10).split()[0]
+        os.write(writer, rest)
+        os.close(writer)
+        wait_for("the piped document", lambda: "1920" in xdotool("getwindowname", window), 10)
+    finally:
+        viewer.kill()
+
+
 folder = tempfile.mkdtemp()
 first, second = os.path.join(folder, "a.aspectratio"), os.path.join(folder, "b.aspectratio")
 document(first, 200, 30, 30)
@@ -179,6 +200,7 @@ try:
     check_resize(window, second)
     xdotool("key", "--window", window, "Escape")
     wait_for("Escape closes the window", lambda: process.poll() is not None, 3)
+    check_slow_pipe(folder)
 finally:
     if process.poll() is None:
         process.kill()

@@ -2,7 +2,7 @@
 # The forms of `vantel render` that fit into pipes and collections: an input
 # of - is standard input (same limit, named stdin), -o - writes only the
 # file to standard output, a closed pipe ends quietly,
-# several documents make one PDF of a page each, and every format gives the
+# several documents make one PDF of a page each (on standard output too), and every format gives the
 # same bytes on every run (PDF dates from SOURCE_DATE_EPOCH).
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
@@ -32,6 +32,8 @@ status=0
 pages=$(pdfinfo -f 1 -l 3 "$WORK/all.pdf" | awk '/^Pages:/ {print $2} /^Page +[0-9]+ size:/ {print $4 "x" $6}' | xargs)
 [ "$pages" = "3 1920x1080 1080x1350 1920x1080" ] || fail "pages of all.pdf: $pages"
 
+"$VANTEL" render "$SAMPLE" "$PORTRAIT" -o - --format pdf >"$WORK/piped-pages.pdf" || fail "two documents to -o - --format pdf"
+pdfinfo "$WORK/piped-pages.pdf" | grep -q "^Pages: *2$" || fail "-o - --format pdf did not get a page per document"
 status=0
 "$VANTEL" render "$SAMPLE" "$SAMPLE" -o - 2>"$WORK/stderr" >/dev/null || status=$?
 [ "$status" -eq 2 ] && [ "$(wc -l <"$WORK/stderr")" -eq 1 ] || fail "-o - with two inputs: exit $status"

@@ -52,6 +52,46 @@ expect_same_picture "sample, Chromium" "$WORK/sample.png" "$WORK/sample.chromium
 chromium_screenshot "$WORK/translucent.svg" "$WORK/translucent.chromium.png" 960 540
 expect_same_picture "translucent, Chromium" "$WORK/translucent.png" "$WORK/translucent.chromium.png"
 
+# GUIDES clearing guides of varied ratios and translucent fills on a small
+# canvas.
+write_clearing_guides() { # DOCUMENT GUIDES
+  "$PYTHON" - "$@" <<'PY'
+import plistlib, sys
+path, count = sys.argv[1], int(sys.argv[2])
+# Colours from small palettes, each stored once: the file of 60,000 guides
+# stays well under the reading limit.
+strokes = [{"red": r / 2, "green": 0.5, "blue": 1.0, "alpha": 1.0} for r in range(3)]
+fills = [{"red": 1.0, "green": g / 10, "blue": 0.0, "alpha": 0.5} for g in range(11)]
+ratios = [{"id": "6B1F5E0C-3C7A-4E53-9B1D-2F6A0C8E4D11", "width": float(1 + i % 7), "height": float(1 + i % 5),
+           "weight": 1.0, "color": strokes[i % 3], "fillColor": fills[i % 11]} for i in range(count)]
+with open(path, "wb") as f:
+    plistlib.dump({"size": {"width": 160.0, "height": 120.0, "margin": 4.0}, "ratios": ratios}, f,
+                  fmt=plistlib.FMT_BINARY)
+PY
+}
+
+svg_depth() { # SVG
+  "$PYTHON" -c 'import sys, xml.etree.ElementTree as ET
+depth = deepest = 0
+for event, _ in ET.iterparse(sys.argv[1], events=("start", "end")):
+    depth += 1 if event == "start" else -1
+    deepest = max(deepest, depth)
+print(deepest)' "$1"
+}
+
+# Each clear cuts everything before it, yet the file stays a few levels deep:
+# XML readers refuse 256 levels, and a nesting per guide overflows the stack.
+write_clearing_guides "$WORK/clears.aspectratio" 300
+render_both clears "$WORK/clears.aspectratio"
+xmllint --noout "$WORK/clears.svg" || fail "clears: xmllint refused the SVG"
+depth=$(svg_depth "$WORK/clears.svg")
+[ "$depth" -le 4 ] || fail "clears: elements nested $depth deep"
+rsvg-convert "$WORK/clears.svg" -o "$WORK/clears.rsvg.png" || fail "clears: rsvg-convert refused it"
+expect_same_picture "300 clearing guides, librsvg" "$WORK/clears.png" "$WORK/clears.rsvg.png"
+write_clearing_guides "$WORK/many.aspectratio" 60000
+"$VANTEL" render "$WORK/many.aspectratio" -o "$WORK/many.svg" || fail "60,000 clearing guides: no SVG"
+[ "$(svg_depth "$WORK/many.svg")" -le 4 ] || fail "60,000 clearing guides: nested deeper than 4"
+
 HOME="$WORK" inkscape --query-all "$WORK/sample.svg" >"$WORK/query" 2>"$WORK/inkscape.err" ||
   fail "inkscape --query-all: $(cat "$WORK/inkscape.err")"
 grep -q '^svg[^,]*,0,0,1920,1080$' "$WORK/query" || fail "inkscape: no 1920 x 1080 root in $(head -3 "$WORK/query")"

@@ -40,8 +40,23 @@ grep -q "format" "$WORK/stderr" || fail "unknown extension: the error does not m
 expect_exit 2 "unknown --format" "$VANTEL" render "$SAMPLE" -o "$WORK/out2.png" --format webp
 expect_exit 2 "no output named" "$VANTEL" render "$SAMPLE"
 expect_exit 2 "-o with two documents" "$VANTEL" render "$SAMPLE" "$SAMPLE" -o "$WORK/two.png"
-expect_exit 2 "-o and --out-dir" "$VANTEL" render "$SAMPLE" -o "$WORK/both.png" --out-dir "$WORK/both"
-expect_exit 2 "--jobs 0" "$VANTEL" render "$SAMPLE" --out-dir "$WORK/zero" --jobs 0
+# What the parser refuses reads as the command's other usage errors: one
+# line quoting what was typed.
+refused() { # PATTERN ARGUMENT...
+  local pattern=$1
+  shift
+  expect_exit 2 "$*" "$VANTEL" "$@"
+  expect_one_error_line "$*" "vantel: " "$pattern"
+}
+refused "^vantel: --output and --out-dir cannot be given together" render "$SAMPLE" -o "$WORK/both.png" --out-dir "$WORK/both"
+refused "^vantel: --jobs: '0' is not a whole number from 1 to 1024" render "$SAMPLE" --out-dir "$WORK/zero" --jobs 0
+refused "^vantel: unknown command 'bogus'; the commands are render, thumbnail" bogus
+refused "^vantel: render: unknown option '--bogus'; see vantel render --help" render "$SAMPLE" --bogus -o "$WORK/x.png"
+refused "^vantel: info: unexpected argument 'extra'" info "$SAMPLE" extra
+refused "^vantel: --width: 'abc' is not a number$" render "$SAMPLE" --width abc -o "$WORK/x.png"
+refused "^vantel: --width: needs a value" render "$SAMPLE" -o "$WORK/x.png" --width
+refused "^vantel: --colors: 'x' is not one of hex, hex-alpha, rgba" info --colors x "$SAMPLE"
+refused "^vantel: thumbnail: OUTPUT is missing" thumbnail "$SAMPLE"
 for leftover in out.webp out2.png two.png both.png both zero; do
   if [ -e "$WORK/$leftover" ]; then fail "a refused render wrote $leftover"; fi
 done

@@ -4,9 +4,9 @@
 # A served document renders like the same file read from disk and takes its
 # --out-dir name from the address (an escaped "/" in it is refused, and the
 # path is fetched as written); a 9 MiB one is stopped while downloading
-# with the limit in the message; a 404 and a refused connection get one line
-# naming the address and the exit code of an unreadable file; nothing is
-# written for a failure.
+# with the limit in the message; a 404, a refused connection and https to a
+# plain http port get one line naming the address and the exit code of an
+# unreadable file; nothing is written for a failure.
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
 make_workdir
@@ -59,9 +59,13 @@ expect_exit 3 "404 validate" "$VANTEL" validate "$web/missing.aspectratio"
 expect_one_error_line "404 validate" "$web/missing.aspectratio: " "404 Not Found"
 expect_exit 3 "refused connection" "$VANTEL" render "http://127.0.0.1:1/a.aspectratio" -o "$WORK/refused.png"
 expect_one_error_line "refused connection" "http://127.0.0.1:1/a.aspectratio: " "connection was refused"
+expect_exit 3 "https to http" "$VANTEL" render "${web/http:/https:}/sample.aspectratio" -o "$WORK/tls.png"
+expect_one_error_line "https to http" "${web/http:/https:}/sample.aspectratio: " "cannot download: the TLS handshake failed \(is it an http server\?\)$"
 expect_exit 3 "bad address" "$VANTEL" render "http://127.0.0.1/a b.aspectratio" -o "$WORK/bad.png"
 expect_one_error_line "bad address" "http://127.0.0.1/a b.aspectratio: " "not a valid"
-for name in huge missing refused bad; do
+expect_exit 3 "missing TMPDIR" env TMPDIR="$WORK/absent" "$VANTEL" render "$web/sample.aspectratio" -o "$WORK/tmpdir.png"
+expect_one_error_line "missing TMPDIR" "$web/sample.aspectratio: " "temporary folder $WORK/absent"
+for name in huge missing refused tls bad tmpdir; do
   [ ! -e "$WORK/$name.png" ] || fail "a failed download left $name.png"
 done
 leftovers=$(find "$TMPDIR" -mindepth 1 | wc -l)

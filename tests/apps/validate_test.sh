@@ -92,6 +92,8 @@ run validate "$WORK/nested.aspectratio" "$EXAMPLES/sample.aspectratio" "$WORK/ze
 run validate "$WORK/nested.aspectratio" "$WORK/missing.aspectratio"
 [ "$status" -eq 3 ] || fail "an unreadable file: exit status $status, expected 3"
 grep -q "^$WORK/missing.aspectratio: cannot read" "$WORK/stderr" || fail "no line for the unreadable file"
+run validate - <"$EXAMPLES/sample.aspectratio"
+[ "$(cat "$WORK/stdout")" = "stdin: ok" ] || fail "validate -: '$(cat "$WORK/stdout")', not named stdin as its errors are"
 run validate
 [ "$status" -eq 2 ] || fail "no files: exit status $status, expected 2"
 finish

@@ -75,6 +75,11 @@ public:
     void strokeRect(const CGRect& rect) override;
     void clearRect(const CGRect& rect) override;
 
+    // Lays everything drawn so far onto an opaque colour, over the whole
+    // target whatever the transform and clip: a flattened picture, without
+    // one transparent pixel.
+    void paintBehind(double red, double green, double blue);
+
 private:
     struct RGBA {
         double red = 0, green = 0, blue = 0, alpha = 1;

@@ -24,6 +24,20 @@ enum class NSBitmapImageFileType : std::uint64_t {
 // programming error and stops the process.
 std::string fileExtension(NSBitmapImageFileType type);
 
+// The largest side of a bitmap: cairo's limit for an image surface.
+inline constexpr double maxBitmapSide = 32767;
+
+// About how many bytes a picture of width x height pixels holds at its peak
+// while it is drawn and encoded as `type`: the bitmap, the encoder's own
+// copies and the file in memory. Measured as peak resident size over the
+// process's own at 4096 x 4096 (see ARCHITECTURE.md).
+double encodingMemory(NSBitmapImageFileType type, double width, double height);
+
+// The most one picture may hold while drawn and encoded: a 16384 x 16384
+// PNG, TIFF or JPEG (about 1.1 GiB) fits, and an 8K picture (7680 x 4320) in
+// every format; JPEG 2000 at 16384 x 16384 (7.6 GB) does not.
+inline constexpr double maxEncodingMemory = double(std::uint64_t(3) << 29);  // 1.5 GiB
+
 // Encodes the pixels as a complete file of the given type with the encoder's
 // default settings. Colour is un-premultiplied first; every format keeps the
 // alpha channel except JPEG, which has none and is composited over white.

@@ -13,9 +13,11 @@ namespace vantel {
 // fill and stroke colours with their alpha, stroke weights and the current
 // transformation, as vector paths only.
 //
-// Clearing is expressed in SVG itself: everything drawn before a clearRect
-// is wrapped in a group masked by the canvas minus the cleared rectangle,
-// so what lies under the hole becomes transparent, as in a bitmap.
+// Clearing is expressed in SVG itself: what was drawn before a clearRect is
+// masked by the canvas minus the cleared rectangle, so what lies under the
+// hole becomes transparent, as in a bitmap. The masks are not nested: each
+// run of shapes between two clears carries one mask holding every later
+// hole, so the file stays a few levels deep however many clears it has.
 //
 // A shape whose numbers are not finite is left out rather than written as
 // text no reader can parse. A side below or at zero throws

@@ -6,6 +6,7 @@
 // document read from a file can hold any of them, so a host runs
 // checkDocument first and reports each problem instead of drawing.
 
+#include <Graphics2/CGContext.hpp>
 #include <OverlayGenerator/OverlayGen.hpp>
 
 #include <cstdint>
@@ -14,11 +15,12 @@
 
 namespace vantel {
 
-// The largest documents that can be drawn. A canvas side is limited by the
-// image surface (32767 px); the area keeps one RGBA bitmap within 1 GiB.
+// The largest documents that can be drawn. A canvas side is limited as an
+// image surface's (32767 px) so that its layout stays in the range drawing
+// libraries handle; how many pixels are drawn is the output's affair, since
+// a large canvas may be drawn small.
 struct DrawingLimits {
     static constexpr double maxCanvasSide = 32767;
-    static constexpr double maxCanvasPixels = 268435456;  // 16384 x 16384
     static constexpr int maxGuideDepth = 64;               // guide levels, top level is 1
     static constexpr double maxGridLines = 100000;         // per side of one guide
     // All grid lines of all guides together. Binary property lists can share
@@ -26,6 +28,16 @@ struct DrawingLimits {
     // thousands of guides; their lines, not the file, set the drawing time.
     static constexpr double maxDocumentGridLines = 1000000;
     static constexpr double maxRatioSide = 1e15;           // ratio width or height
+
+    // What one drawing may cost, counted in pixels of the size it is drawn
+    // at. Large pictures are drawn in bands that each replay every guide, so
+    // a guide costs about the whole picture's area wherever it lies; a grid
+    // line costs its length. Chosen by measurement (see ARCHITECTURE.md):
+    // either budget spent whole takes three to seven seconds of one core,
+    // while 500 guides on an 8K picture, or a 1-px grid over a whole
+    // 16384 x 16384 one, stay within it.
+    static constexpr double maxGuidePixels = 17179869184;   // 2^34: guides x picture area
+    static constexpr double maxGridLinePixels = 536870912;  // 2^29: grid lines x their length
 };
 
 // One reason a document cannot be drawn: where (a coding path such as
@@ -42,5 +54,11 @@ struct DocumentProblem {
 // Every value of the document that would stop drawing or make no sense to
 // draw, in document order. Empty when the document can be drawn.
 std::vector<DocumentProblem> checkDocument(const OverlayGen& document);
+
+// What drawing a document that checkDocument passed would cost at `drawn`
+// (its canvas scaled to that size, in pixels or points): a problem for each
+// budget of DrawingLimits it passes, naming the numbers and the limit. Hosts
+// ask with the size they draw at, so a large canvas drawn small still draws.
+std::vector<DocumentProblem> checkDrawingCost(const OverlayGen& document, CGSize drawn);
 
 }  // namespace vantel

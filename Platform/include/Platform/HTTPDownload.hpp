@@ -5,6 +5,7 @@
 // transfer has a time limit and, when asked, a size limit that stops it as
 // soon as more bytes arrive than allowed.
 
+#include <Platform/TemporaryFiles.hpp>
 #include <Platform/URL.hpp>
 
 #include <chrono>
@@ -52,6 +53,7 @@ public:
 struct HTTPDownload {
     std::filesystem::path file;  // a new file in the temporary folder; the caller's to remove
     HTTPResponse response;
+    CleanupOnSignal cleanup;     // removes the file if a signal ends the process first
 };
 
 // Any answer is a response, whatever its status: a 404 comes back with status

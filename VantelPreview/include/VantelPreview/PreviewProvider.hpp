@@ -32,7 +32,8 @@ public:
     ~PreviewProvider();
 
     // The reply, or the error of loadDocument (read, decoding, size limit or
-    // a document that cannot be drawn) through the future.
+    // a document that cannot be drawn, or one whose drawing at the canvas's
+    // size passes checkDrawingCost) through the future.
     std::future<QLPreviewReply> providePreview(const QLFilePreviewRequest& request) const;
 
     // Starts the work and returns at once. The handler is called exactly once,

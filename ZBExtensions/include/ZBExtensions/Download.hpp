@@ -10,7 +10,8 @@ namespace vantel {
 
 class DownloadedFile {
 public:
-    DownloadedFile(URL location, HTTPResponse response) : location(std::move(location)), response(std::move(response)) {}
+    DownloadedFile(URL location, HTTPResponse response, CleanupOnSignal cleanup = {})
+        : location(std::move(location)), response(std::move(response)), cleanup_(std::move(cleanup)) {}
     DownloadedFile(DownloadedFile&& other) noexcept;
     DownloadedFile& operator=(DownloadedFile&& other) noexcept;
     DownloadedFile(const DownloadedFile&) = delete;
@@ -22,6 +23,7 @@ public:
 
 private:
     void removeFile() noexcept;
+    CleanupOnSignal cleanup_;
     bool owned_ = true;
 };
 
