@@ -14,6 +14,7 @@ struct Lines {
 
     // Each outline inset by half the line, so the line lies inside its area.
     void draw(CGContext& context) const {
+        context.saveGState();  // the dash and width stay with the chart
         if (background) {
             context.setFillColor(background->red, background->green, background->blue, background->alpha);
             context.fillRect({0, 0, pixels.width, pixels.height});
@@ -27,6 +28,7 @@ struct Lines {
             const double insetX = std::min(width, area.width) / 2, insetY = std::min(width, area.height) / 2;
             context.strokeRect({area.x + insetX, area.y + insetY, area.width - 2 * insetX, area.height - 2 * insetY});
         }
+        context.restoreGState();
     }
 };
 

@@ -109,6 +109,18 @@ RenderOutcome renderFramingDecisionList(const CommandInput& input, const fs::pat
     return writeEncoded(input.name(), output, [&] { return encodeChart(*chosen.canvas, format, size, choices); });
 }
 
+RenderOutcome addFramingDecisionListPage(const CommandInput& input, const DrawingChoices& choices,
+                                         std::vector<PDFPage>& pages) {
+    ChosenCanvas chosen = chooseCanvas(input, choices.frameLines.choice);
+    if (!chosen.canvas) return {ExitCode::badDocument, {chosen.problem}};
+    const CGSize size = outputSize(chartSize(*chosen.canvas, choices.frameLines.desqueeze), choices.size);
+    if (auto refused = refusedOutputSize(*OutputFormat::named("pdf"), size)) {
+        return {ExitCode::badUsage, {input.name() + ": " + *refused}};
+    }
+    pages.push_back(chartPage(*chosen.canvas, size, choices.background));
+    return {};
+}
+
 std::optional<ChartThumbnail> framingDecisionListThumbnail(const DocumentSource& source, int maxSide,
                                                            const std::optional<Color>& background,
                                                            const std::optional<Color>& flatten) {

@@ -8,6 +8,8 @@
 #include "FDLCommands.hpp"
 #include "RenderOutput.hpp"
 
+#include <CoreGraphicsRendering/PDFDocument.hpp>
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -18,6 +20,11 @@ namespace vantel::cli {
 // Never throws: every failure becomes an outcome with its line.
 RenderOutcome renderFramingDecisionList(const CommandInput& input, const std::filesystem::path& output,
                                         const OutputFormat& format, const DrawingChoices& choices);
+
+// The chart as the next page of a PDF of several documents; nothing added
+// and the lines in the outcome when it cannot be drawn.
+RenderOutcome addFramingDecisionListPage(const CommandInput& input, const DrawingChoices& choices,
+                                         std::vector<PDFPage>& pages);
 
 struct ChartThumbnail {
     std::optional<Data> png;

@@ -138,23 +138,28 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
                              const DrawingChoices& choices) {
-    std::vector<std::shared_ptr<const OverlayGen>> documents;
+    std::vector<PDFPage> pages;
     RenderOutcome outcome;
     for (const std::filesystem::path& input : inputs) {
-        CommandDocument loaded = readDocument(documentSource(input), true, choices.background);
+        CommandInput read = readCommandInput(input.string());
+        RenderOutcome added = read.unreadable ? RenderOutcome{read.unreadable->failure, read.unreadable->problems}
+                              : read.framingDecisionList ? addFramingDecisionListPage(read, choices, pages)
+                                                         : RenderOutcome{};
+        if (!added.ok() || read.framingDecisionList) {
+            outcome.code = worse(outcome.code, added.code);
+            outcome.problems.insert(outcome.problems.end(), added.problems.begin(), added.problems.end());
+            continue;
+        }
+        CommandDocument loaded = readDocument(read.source, true, choices.background);
         if (!loaded.ok()) {
             outcome.code = worse(outcome.code, loaded.failure);
             outcome.problems.insert(outcome.problems.end(), loaded.problems.begin(), loaded.problems.end());
             continue;
         }
-        documents.push_back(std::move(loaded.document));
+        pages.push_back(pageOf(std::move(loaded.document), choices.size));
     }
     if (!outcome.ok()) return outcome;
-    return encodeAndWrite(output.string(), output, [&] {
-        std::vector<PDFPage> pages;
-        for (const auto& document : documents) pages.push_back(pageOf(document, choices.size));
-        return drawPDF(pages);
-    });
+    return encodeAndWrite(output.string(), output, [&] { return drawPDF(pages); });
 }
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,

@@ -2,8 +2,9 @@
 # ASC framing decision lists drawn by `vantel render` and `vantel thumbnail`:
 # each area's line starts exactly at the edge the file gives (at the recorded
 # size and desqueezed), SVG and PDF show the same lines to librsvg and
-# poppler, a thumbnail shows every layer's colour, and a list with errors is
-# refused with its first error and no output.
+# poppler, a list is a page of a PDF of several, a thumbnail shows every
+# layer's colour, and a list with errors is refused with its first error and
+# no output.
 # shellcheck source=lib.sh
 source "$(dirname "$0")/lib.sh"
 make_workdir
@@ -65,6 +66,9 @@ edges_are_exact "svg" "$WORK/from-svg.png"
 expect_exit 0 "render pdf" "$VANTEL" render "$SAMPLE" --width 1640 -o "$WORK/chart.pdf"
 pdftoppm -png -r 72 -singlefile "$WORK/chart.pdf" "$WORK/from-pdf" || fail "pdftoppm refused the PDF"
 edges_are_exact "pdf" "$WORK/from-pdf.png"
+
+expect_exit 0 "pdf pages" "$VANTEL" render "$SAMPLE" "$EXAMPLES/sample.aspectratio" -o "$WORK/pages.pdf"
+pdfinfo "$WORK/pages.pdf" | grep -qE '^Pages: +2$' || fail "a list and an overlay are not two pages"
 
 expect_exit 0 "thumbnail" "$VANTEL" thumbnail -s 256 "$SAMPLE" "$WORK/thumb"
 "$PYTHON" - "$WORK/thumb" <<'PY' || fail "thumbnail lacks a layer colour"
