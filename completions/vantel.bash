@@ -31,13 +31,13 @@ _vantel() {
         -p | --preset) COMPREPLY=($(compgen -W "default test cinema social safe" -- "$cur")); return ;;
         --out-dir) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
         -o | --output) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
-        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | -g | --guide | --canvas | --margin) return ;;
+        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | -g | --guide | --canvas | --margin | --decision) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         local options="--help"
         case $command in
-            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --flatten --jobs" ;;
+            render) options+=" --output --out-dir --format --width --height --zoom --stretch --background --flatten --jobs --canvas --decision --desqueeze" ;;
             thumbnail) options+=" --size --background --flatten" ;;
             info) options+=" --json --colors" ;;
             new) options+=" --output --preset --guide --canvas --margin --background --binary --force" ;;
@@ -49,8 +49,8 @@ _vantel() {
     # Inputs: overlay documents and folders to find them in. File names are
     # read a line each, so that names with blanks stay one candidate.
     mapfile -t COMPREPLY < <(compgen -d -- "$cur"; compgen -f -X '!*.aspectratio' -- "$cur")
-    # info and validate also read framing decision lists.
-    if [[ $command == info || $command == validate ]]; then
+    # Every command but new also reads framing decision lists.
+    if [[ $command != new ]]; then
         mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -X '!*.fdl' -- "$cur")
     fi
 }

@@ -14,7 +14,7 @@ complete -c vantel -s h -l help -d 'Print help'
 
 # Inputs: overlay documents.
 complete -c vantel -n "__fish_seen_subcommand_from render thumbnail info validate" -k -a "(__fish_complete_suffix .aspectratio)"
-complete -c vantel -n "__fish_seen_subcommand_from info validate" -k -a "(__fish_complete_suffix .fdl)"
+complete -c vantel -n "__fish_seen_subcommand_from render thumbnail info validate" -k -a "(__fish_complete_suffix .fdl)"
 
 complete -c vantel -n "__fish_seen_subcommand_from render" -s o -l output -r -F -d 'The output file, for one document'
 complete -c vantel -n "__fish_seen_subcommand_from render" -l out-dir -r -a "(__fish_complete_directories)" -d 'The folder to write outputs into'
@@ -26,6 +26,9 @@ complete -c vantel -n "__fish_seen_subcommand_from render thumbnail" -l backgrou
 complete -c vantel -n "__fish_seen_subcommand_from render thumbnail" -l flatten -d 'Lay the picture onto an opaque colour (white)'
 complete -c vantel -n "__fish_seen_subcommand_from render" -l stretch -d 'Fill --width x --height exactly'
 complete -c vantel -n "__fish_seen_subcommand_from render" -s j -l jobs -x -d 'Documents rendered at once'
+complete -c vantel -n "__fish_seen_subcommand_from render" -l canvas -x -d 'The canvas of a framing decision list to draw'
+complete -c vantel -n "__fish_seen_subcommand_from render" -l decision -x -d 'The one framing decision to draw'
+complete -c vantel -n "__fish_seen_subcommand_from render" -l desqueeze -d 'Widen a framing decision list by its squeeze'
 
 complete -c vantel -n "__fish_seen_subcommand_from info" -l json -d 'Print the document as JSON'
 complete -c vantel -n "__fish_seen_subcommand_from info" -l colors -x -a "hex hex-alpha rgba" -d 'Write every colour in this form'

@@ -51,6 +51,7 @@ public:
     void setStrokeColor(double, double, double, double) override {}
     void setFillColor(double, double, double, double) override {}
     void setLineWidth(double) override {}
+    void setLineDash(std::span<const double>) override {}
     void rotateCTM(double) override {}
     void translateCTM(double, double) override {}
     void scaleCTM(double, double) override {}

@@ -72,6 +72,11 @@ void CairoContext::setFillColor(double red, double green, double blue, double al
 
 void CairoContext::setLineWidth(double width) { cairo_set_line_width(cairo_.get(), width); }
 
+void CairoContext::setLineDash(std::span<const double> lengths) {
+    if (!isUsableDash(lengths)) return cairo_set_dash(cairo_.get(), nullptr, 0, 0);
+    cairo_set_dash(cairo_.get(), lengths.data(), static_cast<int>(lengths.size()), 0);
+}
+
 bool CairoContext::acceptsTransform(const cairo_matrix_t& step) {
     if (paint_.transformUnusable) return false;
     cairo_matrix_t current;

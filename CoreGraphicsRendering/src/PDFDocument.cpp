@@ -36,6 +36,7 @@ public:
     void setStrokeColor(double r, double g, double b, double a) override { page_.setStrokeColor(r, g, b, a); }
     void setFillColor(double r, double g, double b, double a) override { page_.setFillColor(r, g, b, a); }
     void setLineWidth(double width) override { page_.setLineWidth(width); }
+    void setLineDash(std::span<const double> lengths) override { page_.setLineDash(lengths); }
     void rotateCTM(double radians) override { page_.rotateCTM(radians); }
     void translateCTM(double tx, double ty) override { page_.translateCTM(tx, ty); }
     void scaleCTM(double sx, double sy) override { page_.scaleCTM(sx, sy); }

@@ -93,6 +93,7 @@ struct GraphicsState {
     Color fill{0, 0, 0, 1};
     Color stroke{0, 0, 0, 1};
     double lineWidth = 1;
+    std::vector<double> dash;  // solid when empty
 };
 
 class SVGPageContext final : public CGContext {
@@ -109,6 +110,7 @@ public:
     void setStrokeColor(double r, double g, double b, double a) override { state_.stroke = Color(r, g, b, a); }
     void setFillColor(double r, double g, double b, double a) override { state_.fill = Color(r, g, b, a); }
     void setLineWidth(double width) override { state_.lineWidth = width; }
+    void setLineDash(std::span<const double> lengths) override;
 
     void rotateCTM(double radians) override {
         const double c = std::cos(radians), s = std::sin(radians);
@@ -196,6 +198,17 @@ void addStroke(XMLElement& element, const GraphicsState& state) {
     strokeColor(element, clampedColor(state.stroke));
     if (state.lineWidth != 1) element.addAttribute("stroke-width", number(state.lineWidth));
     element.addAttribute("stroke-miterlimit", "10");
+    if (state.dash.empty()) return;
+    std::string lengths;
+    for (double length : state.dash) lengths += (lengths.empty() ? "" : " ") + number(length);
+    element.addAttribute("stroke-dasharray", lengths);
+}
+
+// As on cairo: a pattern it would refuse strokes solid.
+void SVGPageContext::setLineDash(std::span<const double> lengths) {
+    state_.dash.clear();
+    if (!isUsableDash(lengths)) return;
+    state_.dash.assign(lengths.begin(), lengths.end());
 }
 
 void SVGPageContext::strokeRect(const CGRect& rect) {

@@ -35,6 +35,11 @@ QLPreviewReply PreviewProvider::previewReply(std::shared_ptr<const OverlayGen> d
                           [document](CGContext& context, const QLPreviewReply&) { drawSketch(context, *document); });
 }
 
+QLPreviewReply PreviewProvider::sketchReply(std::shared_ptr<const Sketch> sketch) {
+    return QLPreviewReply(sketch->size().cg(), false,
+                          [sketch](CGContext& context, const QLPreviewReply&) { drawSketch(context, *sketch); });
+}
+
 std::future<QLPreviewReply> PreviewProvider::providePreview(const QLFilePreviewRequest& request) const {
     return std::async(std::launch::async, [request] { return reply(request); });
 }

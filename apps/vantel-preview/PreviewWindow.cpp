@@ -5,6 +5,8 @@
 
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
+#include <FramingDecisions/FDLReading.hpp>
+#include <FramingDecisions/FrameLineChart.hpp>
 #include <OverlayGenerator/DocumentLoading.hpp>
 #include <Platform/NumberText.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
@@ -136,10 +138,43 @@ void PreviewWindow::show(std::filesystem::path file) {
     watchFile();
 }
 
+namespace {
+
+struct LoadedChart {
+    std::optional<QLPreviewReply> reply;
+    std::string problem;  // the first line `vantel validate` prints, when there is no reply
+};
+
+// A framing decision list shows the chart of its first canvas.
+LoadedChart loadChart(const std::filesystem::path& file) {
+    LoadedBytes read = loadDocumentBytes(DocumentSource::file(file));
+    if (!read.ok()) return {std::nullopt, read.problems.empty() ? "cannot be read" : read.problems.front().text()};
+    FDLReadResult list = readFramingDecisionList(read.bytes);
+    auto error = std::ranges::find(list.problems, FDLProblem::Severity::error, &FDLProblem::severity);
+    if (error != list.problems.end() || !list.document) {
+        return {std::nullopt, error != list.problems.end() ? error->text() : "not a framing decision list"};
+    }
+    try {
+        FDLCanvas canvas = chosenCanvas(*list.document, {});
+        auto chart = std::make_shared<FrameLineChart>(canvas, chartSize(canvas, false));
+        return {PreviewProvider::sketchReply(std::move(chart)), {}};
+    } catch (const FrameLineChoiceError& failure) {
+        return {std::nullopt, std::string("cannot draw: ") + failure.what()};
+    }
+}
+
+}  // namespace
+
 // A named pipe or a device may keep the reader waiting (loadDocument gives up
 // after a few quiet seconds); the window goes on answering meanwhile.
 void PreviewWindow::reload() {
     ++loads_;
+    if (isFramingDecisionList({}, file_.string())) {
+        LoadedChart chart = loadChart(file_);
+        if (!chart.reply) return showProblem(file_.string() + ": " + chart.problem);
+        reply_ = std::move(chart.reply);
+        return showReply();
+    }
     std::error_code error;
     std::filesystem::file_status status = std::filesystem::status(file_, error);
     bool mayWait = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
@@ -188,6 +223,10 @@ void PreviewWindow::apply(LoadedDocument loaded) {
         showProblem(file_.string() + ": cannot draw: " + error.what());
         return;
     }
+    showReply();
+}
+
+void PreviewWindow::showReply() {
     gtk_widget_set_visible(problemBar_, FALSE);
     updateTitle();
     if (actualSize_) setActualSize(true);

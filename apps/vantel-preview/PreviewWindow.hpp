@@ -39,6 +39,7 @@ private:
     void updateTitle();
     void sizeToCanvas();
     void showProblem(const std::string& line);
+    void showReply();
     void setActualSize(bool actualSize);
     void copyPicture();
     bool handleKey(guint keyval, GdkModifierType state);

@@ -169,8 +169,9 @@ void printJSON(std::ostream& out, const std::string& name, const FramingDecision
 
 }  // namespace
 
-CommandInput readCommandInput(const std::string& argument) {
-    DocumentSource source = documentSource(argument);
+CommandInput readCommandInput(const std::string& argument) { return readCommandInput(documentSource(argument)); }
+
+CommandInput readCommandInput(DocumentSource source) {
     LoadedBytes read;
     try {
         read = loadDocumentBytes(source);

@@ -23,6 +23,7 @@ struct CommandInput {
 };
 
 CommandInput readCommandInput(const std::string& argument);
+CommandInput readCommandInput(DocumentSource source);
 
 // Each problem on standard error, "NAME: error: PATH: what" or "NAME:
 // warning: ...", then "NAME: ok" when there is no error.

@@ -71,7 +71,7 @@ double outputMemory(const OutputFormat& format, CGSize size) {
     return bitmap ? encodingMemory(bitmap->type, size.width, size.height) : 0;
 }
 
-std::optional<std::string> refusedOutput(const OverlayGen& document, const OutputFormat& format, CGSize size) {
+std::optional<std::string> refusedOutputSize(const OutputFormat& format, CGSize size) {
     if (!(std::max(size.width, size.height) <= maxVectorSide)) {
         return "a " + pixelsText(size) + " " + format.extension + " is larger than the limit of " +
                std::to_string(std::int64_t(maxVectorSide)) + " px a side" + smallerSize;
@@ -89,6 +89,12 @@ std::optional<std::string> refusedOutput(const OverlayGen& document, const Outpu
                std::to_string(std::llround(bytes / mebibyte)) + " MiB to draw and encode, more than the limit of " +
                std::to_string(std::llround(maxEncodingMemory / mebibyte)) + " MiB" + smallerSize;
     }
+    return std::nullopt;
+}
+
+std::optional<std::string> refusedOutput(const OverlayGen& document, const OutputFormat& format, CGSize size) {
+    if (auto refused = refusedOutputSize(format, size)) return refused;
+    if (!std::holds_alternative<BitmapOutput>(format.kind)) return std::nullopt;
     std::vector<DocumentProblem> costs = checkDrawingCost(document, size);
     if (!costs.empty()) return costs.front().text() + smallerSize;
     return std::nullopt;

@@ -45,5 +45,7 @@ double outputMemory(const OutputFormat& format, CGSize size);
 // on the command line, so these are usage errors; empty when it may draw.
 // Vector pages cost what they hold whatever their size: never refused.
 std::optional<std::string> refusedOutput(const OverlayGen& document, const OutputFormat& format, CGSize size);
+// The same without the document's costs: the limits every picture meets.
+std::optional<std::string> refusedOutputSize(const OutputFormat& format, CGSize size);
 
 }  // namespace vantel::cli

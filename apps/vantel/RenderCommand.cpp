@@ -35,6 +35,7 @@ struct RenderOptions {
     SizeRequest size;
     std::optional<std::string> background;
     std::optional<std::string> flatten;
+    FrameLineOptions frameLines;
 };
 
 struct RenderJob {
@@ -184,7 +185,8 @@ RenderOptions inNaturalOrder(RenderOptions options) {
 ExitCode runRender(const RenderOptions& options) {
     checkOutputNaming(options);
     checkSizeRequest(options.size);
-    const DrawingChoices choices{options.size, chosenBackground(options.background), chosenFlatten(options.flatten)};
+    const DrawingChoices choices{options.size, chosenBackground(options.background), chosenFlatten(options.flatten),
+                                 nullptr, options.frameLines};
     const OutputFormat format = chosenFormat(options);
     checkOneOutputForMany(options, format);
     checkFlattenFits(options, format);
@@ -275,7 +277,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
                         "vantel render FILE... -o - --format pdf > OUT.pdf",
                         "vantel render FILE... --out-dir DIR [--format F] [--jobs N]"});
     sub->footer(renderFooter);
-    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio files or http(s) URLs); - reads one from standard input")
+    sub->add_option("FILE", options->inputs, "overlay documents (.aspectratio) or framing decision lists (.fdl), files or http(s) URLs; - reads one from standard input")
         ->required()
         ->option_text("FILE...")
         ->group("Input");
@@ -283,6 +285,7 @@ CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     addSizeOptions(*sub, *options);
     addBackgroundOption(*sub, options->background);
     addFlattenOption(*sub, options->flatten);
+    addFrameLineOptions(*sub, options->frameLines);
     sub->add_option("-j,--jobs", options->jobs, "documents rendered at once (default: one per core)")
         ->check(CLI::Range(1u, 1024u))
         ->option_text("N")

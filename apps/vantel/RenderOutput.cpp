@@ -1,6 +1,7 @@
 #include "RenderOutput.hpp"
 
 #include "DocumentLoading.hpp"
+#include "FDLDrawing.hpp"
 
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
@@ -137,28 +138,36 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
                              const DrawingChoices& choices) {
-    std::vector<std::shared_ptr<const OverlayGen>> documents;
+    std::vector<PDFPage> pages;
     RenderOutcome outcome;
     for (const std::filesystem::path& input : inputs) {
-        CommandDocument loaded = readDocument(documentSource(input), true, choices.background);
+        CommandInput read = readCommandInput(input.string());
+        RenderOutcome added = read.unreadable ? RenderOutcome{read.unreadable->failure, read.unreadable->problems}
+                              : read.framingDecisionList ? addFramingDecisionListPage(read, choices, pages)
+                                                         : RenderOutcome{};
+        if (!added.ok() || read.framingDecisionList) {
+            outcome.code = worse(outcome.code, added.code);
+            outcome.problems.insert(outcome.problems.end(), added.problems.begin(), added.problems.end());
+            continue;
+        }
+        CommandDocument loaded = readDocument(read.source, true, choices.background);
         if (!loaded.ok()) {
             outcome.code = worse(outcome.code, loaded.failure);
             outcome.problems.insert(outcome.problems.end(), loaded.problems.begin(), loaded.problems.end());
             continue;
         }
-        documents.push_back(std::move(loaded.document));
+        pages.push_back(pageOf(std::move(loaded.document), choices.size));
     }
     if (!outcome.ok()) return outcome;
-    return encodeAndWrite(output.string(), output, [&] {
-        std::vector<PDFPage> pages;
-        for (const auto& document : documents) pages.push_back(pageOf(document, choices.size));
-        return drawPDF(pages);
-    });
+    return encodeAndWrite(output.string(), output, [&] { return drawPDF(pages); });
 }
 
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,
                          const OutputFormat& format, const DrawingChoices& choices) {
-    DocumentSource source = documentSource(input);
+    CommandInput read = readCommandInput(input.string());
+    if (read.unreadable) return {read.unreadable->failure, std::move(read.unreadable->problems)};
+    if (read.framingDecisionList) return renderFramingDecisionList(read, output, format, choices);
+    const DocumentSource& source = read.source;
     CommandDocument loaded = readDocument(source, true, choices.background);
     if (!loaded.ok()) return {loaded.failure, std::move(loaded.problems)};
     const CGSize size = outputSize(loaded.document->size().cg(), choices.size);
@@ -168,6 +177,11 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     MemoryBudget::Reservation held;
     if (choices.memory) held = choices.memory->reserve(outputMemory(format, size));
     return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices); });
+}
+
+RenderOutcome writeEncoded(const std::string& name, const std::filesystem::path& output,
+                           const std::function<Data()>& encode) {
+    return encodeAndWrite(name, output, encode);
 }
 
 }  // namespace vantel::cli

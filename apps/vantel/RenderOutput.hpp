@@ -6,6 +6,7 @@
 // place. Whatever fails leaves an earlier output untouched.
 
 #include "CommandRegistry.hpp"
+#include "FrameLineOptions.hpp"
 #include "MemoryBudget.hpp"
 #include "OutputFormat.hpp"
 #include "OutputSize.hpp"
@@ -14,6 +15,7 @@
 #include <Platform/Data.hpp>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,6 +35,7 @@ struct DrawingChoices {
     std::optional<Color> background;
     std::optional<Color> flatten;
     MemoryBudget* memory = nullptr;
+    FrameLineOptions frameLines{};  // for framing decision lists
 };
 
 struct RenderOutcome {
@@ -52,6 +55,11 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
 // before anything is written; a bad one fails the whole file. Never throws.
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
                              const DrawingChoices& choices = {});
+
+// The bytes `encode` makes, written to `output` as every rendering is; what
+// `encode` throws becomes NAME's line. Never throws.
+RenderOutcome writeEncoded(const std::string& name, const std::filesystem::path& output,
+                           const std::function<Data()>& encode);
 
 // Never throws: every failure becomes an outcome with its lines.
 RenderOutcome renderFile(const std::filesystem::path& input, const std::filesystem::path& output,

@@ -13,6 +13,7 @@
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
+#include "FDLDrawing.hpp"
 #include "RenderOutput.hpp"
 
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
@@ -112,6 +113,13 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
     refuseOverwritingInput(options);
     const std::optional<Color> background = chosenBackground(options.background);
     const std::optional<Color> flatten = chosenFlatten(options.flatten);
+    if (auto chart = framingDecisionListThumbnail(*source, options.size, background, flatten)) {
+        if (!chart->png) {
+            reportProblems(chart->problems);
+            return chart->failure;
+        }
+        return writeThumbnail(*chart->png, options.output);
+    }
     // Checked first, so that a document the libraries would refuse to draw
     // never reaches them.
     CommandDocument loaded = readDocument(*source, true, background);

@@ -9,6 +9,7 @@
 #include <numbers>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 using vantel::BitmapContext;
 using vantel::CairoContext;
@@ -65,6 +66,34 @@ TEST(CairoContextTest, LinesAreOnePixelWideUntilTheWidthChanges) {
     EXPECT_EQ(pixel(bitmap, 19, 15), black);
     EXPECT_EQ(pixel(bitmap, 21, 15), black);
     EXPECT_EQ(pixel(bitmap, 22, 15), transparent);
+}
+
+// A line along y = 5.5 from x = 0, dashed 4 on, 2 off, unless restored or
+// given a pattern cairo would refuse (which must not stop all drawing).
+TEST(CairoContextTest, DashesLeaveGapsUntilRestoredAndUnusablePatternsStrokeSolid) {
+    BitmapContext bitmap(40, 20);
+    CairoContext& context = bitmap.context();
+    auto line = [&](double y) {
+        context.moveTo(0, y);
+        context.addLineTo(40, y);
+        context.strokePath();
+    };
+    const double dash[] = {4, 2};
+    context.saveGState();
+    context.setLineDash(dash);
+    line(5.5);
+    context.restoreGState();
+    line(10.5);
+    for (const std::vector<double>& unusable : {std::vector<double>{0, 0}, {-1, 2}, {}}) {
+        context.setLineDash(unusable);
+        line(15.5);
+    }
+    EXPECT_EQ(pixel(bitmap, 1, 5), black);
+    EXPECT_EQ(pixel(bitmap, 4, 5), transparent);
+    EXPECT_EQ(pixel(bitmap, 7, 5), black);
+    EXPECT_EQ(pixel(bitmap, 4, 10), black);
+    EXPECT_EQ(pixel(bitmap, 4, 15), black);
+    EXPECT_NO_THROW(context.checkStatus());
 }
 
 TEST(CairoContextTest, PathsAreStrokedInTheStrokeColourAndThenCleared) {

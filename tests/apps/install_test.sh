@@ -41,4 +41,7 @@ check_tree "DESTDIR install" "$WORK/stage/usr"
 type=$(XDG_DATA_HOME="$prefix/share" gio info -a standard::content-type "$EXAMPLES/sample.aspectratio" |
   sed -n 's/^ *standard::content-type: //p')
 [ "$type" = application/x-vantel-aspect-ratio ] || fail "installed MIME type not found: got '$type'"
+type=$(XDG_DATA_HOME="$prefix/share" gio info -a standard::content-type \
+  "$SOURCE_DIR/tests/data/fdl/A_4448x3096_1-3x_FramingChart.fdl" | sed -n 's/^ *standard::content-type: //p')
+[ "$type" = application/x-asc-fdl ] || fail "framing decision lists are not application/x-asc-fdl: got '$type'"
 finish

@@ -21,6 +21,10 @@ public:
     void setStrokeColor(double r, double g, double b, double a) override { record("strokeColor", {r, g, b, a}); }
     void setFillColor(double r, double g, double b, double a) override { record("fillColor", {r, g, b, a}); }
     void setLineWidth(double width) override { record("lineWidth", {width}); }
+    void setLineDash(std::span<const double> lengths) override {
+        record("lineDash");
+        for (double length : lengths) operations.back() += " " + numberText(length);
+    }
     void rotateCTM(double radians) override { record("rotate", {radians}); }
     void translateCTM(double tx, double ty) override { record("translate", {tx, ty}); }
     void scaleCTM(double sx, double sy) override { record("scale", {sx, sy}); }

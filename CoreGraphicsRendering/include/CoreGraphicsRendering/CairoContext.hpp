@@ -58,6 +58,9 @@ public:
     void setStrokeColor(double red, double green, double blue, double alpha) override;
     void setFillColor(double red, double green, double blue, double alpha) override;
     void setLineWidth(double width) override;
+    // A pattern cairo would refuse (a negative or not finite length, or no
+    // length above zero) strokes solid instead of stopping all drawing.
+    void setLineDash(std::span<const double> lengths) override;
 
     void rotateCTM(double radians) override;
     void translateCTM(double tx, double ty) override;

@@ -5,6 +5,9 @@
 // stroke, line width 1). CoreGraphicsRendering implements it on cairo;
 // tests implement it as a recorder.
 
+#include <cmath>
+#include <span>
+
 namespace vantel {
 
 struct CGRect {
@@ -27,6 +30,17 @@ struct CGAffineTransform {
     friend bool operator==(const CGAffineTransform&, const CGAffineTransform&) = default;
 };
 
+// Whether a dash pattern can be drawn: every length finite and not negative,
+// and some length above zero. Contexts stroke solid for any other pattern.
+inline bool isUsableDash(std::span<const double> lengths) {
+    bool draws = false;
+    for (double length : lengths) {
+        if (!std::isfinite(length) || length < 0) return false;
+        draws = draws || length > 0;
+    }
+    return draws;
+}
+
 class CGContext {
 public:
     virtual ~CGContext() = default;
@@ -37,6 +51,10 @@ public:
     virtual void setStrokeColor(double red, double green, double blue, double alpha) = 0;
     virtual void setFillColor(double red, double green, double blue, double alpha) = 0;
     virtual void setLineWidth(double width) = 0;
+    // Alternating on and off lengths of later strokes, in user space at the
+    // moment of stroking, starting with a dash; none (the default) is solid.
+    // Part of the saved state.
+    virtual void setLineDash(std::span<const double> lengths) = 0;
 
     virtual void rotateCTM(double radians) = 0;
     virtual void translateCTM(double tx, double ty) = 0;

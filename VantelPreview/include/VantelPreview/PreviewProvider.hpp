@@ -49,6 +49,10 @@ public:
     // cannot bring it an unchecked one.
     static QLPreviewReply previewReply(std::shared_ptr<const OverlayGen> document);
 
+    // The same for any other sketch a host has made ready to draw (the chart
+    // of a framing decision list): a vector context of the sketch's size.
+    static QLPreviewReply sketchReply(std::shared_ptr<const Sketch> sketch);
+
 private:
     // The work of one request: loads and checks the document at
     // request.fileURL and builds the reply. Read and decoding errors
