@@ -19,12 +19,14 @@ TEST(TemporaryFilesDeathTest, ASignalRemovesWhatIsHeldEmptiesWhatIsFilledAndKeep
     writeData(Data{'h', 'a', 'l', 'f'}, folder / "filled");
     EXPECT_EXIT(
         {
+            std::signal(SIGTERM, SIG_DFL);  // whatever the test runner was started with
             installSignalCleanup();
-            CleanupOnSignal made;
-            int fd = createRemovedOnSignal(folder / "made", O_WRONLY, 0600, made);
+            // Released first, so that it held the first slot of the table.
             CleanupOnSignal released;
             ::close(createRemovedOnSignal(folder / "released", O_WRONLY, 0600, released));
             released.release();
+            CleanupOnSignal made;
+            int fd = createRemovedOnSignal(folder / "made", O_WRONLY, 0600, made);
             int filled = ::open((folder / "filled").c_str(), O_WRONLY);
             CleanupOnSignal emptied = CleanupOnSignal::emptying(filled);
             if (fd >= 0) std::raise(SIGTERM);
