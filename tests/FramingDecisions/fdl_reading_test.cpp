@@ -87,6 +87,11 @@ TEST(FDLReadingTest, BrokenCopiesAreRefusedWithTheirPath) {
                         error, "contexts[0].clip_id"));
     EXPECT_TRUE(reports(readChanged("\"fdl_creator\"", "\"colour\": 1, \"fdl_creator\""), error, "colour"));
     EXPECT_TRUE(reports(readChanged("0.10012919896599999", "1"), error, "framing_intents[0].protection"));
+    EXPECT_TRUE(reports(readChanged("\"fdl_creator\"", "\"canvas_templates\": [{\"id\": \"T1\", \"target_dimensions\": "
+                                                     "{\"width\": 1920, \"height\": 1080}, \"target_anamorphic_squeeze\": 1, "
+                                                     "\"fit_source\": \"framing_decision.dimensions\", \"fit_method\": "
+                                                     "\"stretch\"}], \"fdl_creator\""),
+                        error, "canvas_templates[0].fit_method"));
 }
 
 TEST(FDLReadingTest, OldVersionsAndUserPropertiesAreReadLeniently) {
