@@ -29,12 +29,18 @@ def main(first, second, threshold=32):
         sys.exit(f"sizes differ: {wa}x{ha} and {wb}x{hb}")
     total = 0
     differing = 0
+    box = [wa, ha, -1, -1]
     for i in range(0, len(a), 4):
         d = [abs(a[i + k] - b[i + k]) for k in range(4)]
         total += sum(d)
-        differing += max(d) > threshold
+        if max(d) > threshold:
+            differing += 1
+            x, y = (i // 4) % wa, (i // 4) // wa
+            box = [min(box[0], x), min(box[1], y), max(box[2], x), max(box[3], y)]
+    # Where the differences lie tells a shifted edge from a missing shape.
+    where = f" (within x {box[0]}..{box[2]}, y {box[1]}..{box[3]})" if differing else ""
     print(f"mean absolute difference {total / len(a):.3f} of 255; "
-          f"{100 * differing / (wa * ha):.3f}% of pixels differ by more than {threshold}")
+          f"{100 * differing / (wa * ha):.3f}% of pixels differ by more than {threshold}{where}")
 
 
 if __name__ == "__main__":
