@@ -1,0 +1,121 @@
+#include <FramingDecisions/CanvasTemplateApplication.hpp>
+#include <FramingDecisions/FDLReading.hpp>
+#include <FramingDecisions/FDLWriting.hpp>
+
+#include <Platform/FileIO.hpp>
+
+#include "TestSupport.hpp"
+#include "Thrown.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace vantel;
+using vantel::testing::testDataPath;
+
+namespace {
+
+FramingDecisionList sample(const std::string& name) {
+    FDLReadResult read = readFramingDecisionList(readData(testDataPath("fdl/" + name), 1 << 20));
+    EXPECT_TRUE(read.document && !read.hasErrors()) << name;
+    return read.document.value_or(FramingDecisionList{});
+}
+
+// Every number of a canvas's geometry, named, in a fixed order; areas it
+// does not have are left out, so that a missing one shows as well.
+std::vector<std::pair<std::string, double>> geometry(const FDLCanvas& canvas) {
+    std::vector<std::pair<std::string, double>> numbers;
+    auto area = [&numbers](const std::string& name, const FDLDimensions& size, const FDLPoint& anchor) {
+        numbers.insert(numbers.end(), {{name + ".width", size.width}, {name + ".height", size.height},
+                                       {name + ".x", anchor.x}, {name + ".y", anchor.y}});
+    };
+    area("canvas", canvas.dimensions, {});
+    numbers.emplace_back("squeeze", canvas.anamorphicSqueeze);
+    if (canvas.effectiveDimensions) area("effective", *canvas.effectiveDimensions, *canvas.effectiveAnchorPoint);
+    for (const FramingDecision& decision : canvas.framingDecisions) {
+        if (decision.protection()) area("protection", decision.protection()->size, decision.protection()->anchor);
+        area("framing", decision.dimensions, decision.anchorPoint);
+    }
+    return numbers;
+}
+
+}  // namespace
+
+// Each result file of the ASC holds the source canvas first, the canvas the
+// template made of its first decision second, and the template.
+TEST(CanvasTemplateTest, TheASCsResultSetsAreReproducedToAThousandthOfAPixel) {
+    int sets = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(testDataPath("fdl/templates"))) {
+        if (entry.path().filename().string().find("-RESULT") == std::string::npos) continue;
+        ++sets;
+        FramingDecisionList list = sample("templates/" + entry.path().filename().string());
+        ASSERT_EQ(list.contexts.at(0).canvases.size(), 2u) << entry.path();
+        const FDLCanvas& source = list.contexts[0].canvases[0];
+        const FDLCanvas& expected = list.contexts[0].canvases[1];
+        FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions.at(0), list.canvasTemplates.at(0), expected.id);
+
+        auto madeNumbers = geometry(made), expectedNumbers = geometry(expected);
+        ASSERT_EQ(madeNumbers.size(), expectedNumbers.size()) << entry.path();
+        for (std::size_t i = 0; i < madeNumbers.size(); ++i) {
+            EXPECT_EQ(madeNumbers[i].first, expectedNumbers[i].first) << entry.path();
+            EXPECT_NEAR(madeNumbers[i].second, expectedNumbers[i].second, 0.001)
+                << entry.path().filename() << ": " << madeNumbers[i].first;
+        }
+        EXPECT_EQ(made.framingDecisions.at(0).id, expected.framingDecisions.at(0).id);
+        EXPECT_EQ(made.sourceCanvasID, source.id);
+    }
+    EXPECT_GE(sets, 8);
+}
+
+TEST(CanvasTemplateTest, TheNewCanvasFollowsItsSourceUnderAnIDOfItsOwnAndTheListStaysValid) {
+    FramingDecisionList list = sample("A_4448x3096_1-3x_FramingChart.fdl");
+    CanvasTemplate uhd = sample("templates/Scen18-RESULT-A_4448x3096_1-3x_FramingChart.fdl").canvasTemplates.at(0);
+    list.contexts[0].canvases.push_back(list.contexts[0].canvases[0]);
+    list.contexts[0].canvases[1].id = "2";
+    list.contexts[0].canvases[1].framingDecisions[0].id = "2-1";
+
+    FramingDecisionList once = withCanvasTemplateApplied(list, {"1", std::nullopt}, uhd);
+    FramingDecisionList twice = withCanvasTemplateApplied(once, {"1", "1-1"}, uhd);
+    const std::vector<FDLCanvas>& canvases = twice.contexts[0].canvases;
+    std::vector<std::string> ids;
+    for (const FDLCanvas& canvas : canvases) ids.push_back(canvas.id);
+    EXPECT_EQ(ids, (std::vector<std::string>{"1", "1_VX220310_2", "1_VX220310", "2"}));
+    EXPECT_EQ(canvases[1].framingDecisions.at(0).id, "1_VX220310_2-1");
+    EXPECT_EQ(canvases[1].dimensions, (FDLDimensions{3840, 2160}));
+    // Padded to the maximum, the canvas is the maximum: rounding to even has no say.
+    uhd.maximumDimensions = FDLDimensions{3841, 2161};
+    const FDLCanvas& source = list.contexts[0].canvases[0];
+    EXPECT_EQ(applyCanvasTemplate(source, source.framingDecisions[0], uhd, "odd").dimensions, (FDLDimensions{3841, 2161}));
+
+    FDLReadResult read = readFramingDecisionList(encodeFramingDecisionList(twice));
+    for (const FDLProblem& problem : read.problems) {
+        EXPECT_NE(problem.severity, FDLProblem::Severity::error) << problem.text();
+    }
+}
+
+TEST(CanvasTemplateTest, ALayerOrChoiceTheSourceLacksIsRefusedSayingWhich) {
+    using vantel::testing::thrownBy;
+    FramingDecisionList list = sample("A_4448x3096_1-3x_FramingChart.fdl");
+    CanvasTemplate keepsEffective = sample("templates/Scen18-RESULT-A_4448x3096_1-3x_FramingChart.fdl").canvasTemplates.at(0);
+    keepsEffective.preserveFromSourceCanvas = "canvas.effective_dimensions";
+    EXPECT_STREQ(thrownBy<CanvasTemplateError>([&] { withCanvasTemplateApplied(list, {}, keepsEffective); }).what(),
+                 "the template keeps canvas.effective_dimensions, which canvas \"1\" does not have");
+
+    CanvasTemplate fitsProtection = keepsEffective;
+    fitsProtection.preserveFromSourceCanvas.reset();
+    fitsProtection.fitSource = "framing_decision.protection_dimensions";
+    list.contexts[0].canvases[0].framingDecisions[0].protectionDimensions.reset();
+    EXPECT_STREQ(thrownBy<CanvasTemplateError>([&] { withCanvasTemplateApplied(list, {}, fitsProtection); }).what(),
+                 "the template fits framing_decision.protection_dimensions, which decision \"1-1\" does not have");
+
+    fitsProtection.fitSource = "canvas.dimensions";
+    fitsProtection.fitMethod = "fill";
+    fitsProtection.targetDimensions.height = 0;
+    EXPECT_THROW(withCanvasTemplateApplied(list, {}, fitsProtection), CanvasTemplateError);
+    EXPECT_THROW(withCanvasTemplateApplied(list, {"9", std::nullopt}, fitsProtection), CanvasTemplateError);
+    EXPECT_THROW(withCanvasTemplateApplied(list, {"1", "1-9"}, fitsProtection), CanvasTemplateError);
+}
