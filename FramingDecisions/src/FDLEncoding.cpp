@@ -247,6 +247,7 @@ CodingValue encodedList(const FramingDecisionList& framingDecisionList, const Co
 Data encodeFramingDecisionList(const FramingDecisionList& list, const CodingValue* asRead) {
     JSONEncoder encoder;
     encoder.prettyPrinted = true;
+    encoder.spaceBeforeColon = false;
     Data text = encoder.serialize(encodedList(list, asRead));
     text.push_back('\n');
     return text;

@@ -99,7 +99,8 @@ std::size_t utf8SequenceLength(std::string_view text, std::size_t at) {
 
 class JSONWriter {
 public:
-    JSONWriter(bool pretty, bool sorted) : pretty_(pretty), sorted_(sorted) {}
+    JSONWriter(bool pretty, bool sorted, bool spaceBeforeColon)
+        : pretty_(pretty), sorted_(sorted), separator_(!pretty ? ":" : spaceBeforeColon ? " : " : ": ") {}
 
     std::string write(const CodingValue& root) {
         value(root);
@@ -195,7 +196,7 @@ private:
             newline(1);
             path_.push_back(CodingKey::named(order[i]->first));
             string(order[i]->first);
-            out_ += pretty_ ? " : " : ":";
+            out_ += separator_;
             value(order[i]->second);
             path_.pop_back();
         }
@@ -213,6 +214,7 @@ private:
 
     bool pretty_;
     bool sorted_;
+    const char* separator_;
     std::string out_;
     CodingPath path_;
 };
@@ -231,7 +233,7 @@ CodingValue JSONDecoder::parse(const Data& bytes) const {
 }
 
 Data JSONEncoder::serialize(const CodingValue& root) const {
-    std::string text = JSONWriter(prettyPrinted, sortedKeys).write(root);
+    std::string text = JSONWriter(prettyPrinted, sortedKeys, spaceBeforeColon).write(root);
     return Data(text.begin(), text.end());
 }
 

@@ -16,6 +16,9 @@ class JSONEncoder : public EncodingFrontEnd<JSONEncoder> {
 public:
     bool prettyPrinted = false;
     bool sortedKeys = false;
+    // Pretty output writes "key" : value unless this is false, which writes
+    // "key": value as most JSON tools do (for files people diff against theirs).
+    bool spaceBeforeColon = true;
 
     // EncodingError for non-finite numbers, which JSON cannot hold.
     Data serialize(const CodingValue& root) const;
