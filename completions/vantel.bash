@@ -11,12 +11,12 @@ _vantel() {
         cword=$COMP_CWORD
     fi
 
-    local commands="render thumbnail info validate new"
+    local commands="render thumbnail info validate new fdl"
     local formats="png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf svg"
     local command="" i
     for ((i = 1; i < cword; i++)); do
         case ${words[i]} in
-            render | thumbnail | info | validate | new) command=${words[i]}; break ;;
+            render | thumbnail | info | validate | new | fdl) command=${words[i]}; break ;;
         esac
     done
 
@@ -25,13 +25,22 @@ _vantel() {
         return
     fi
 
+    # fdl holds commands of its own; so far only apply.
+    if [[ $command == fdl ]]; then
+        if [[ " ${words[*]:0:cword} " != *" apply "* ]]; then
+            COMPREPLY=($(compgen -W "apply --help" -- "$cur"))
+            return
+        fi
+        command="fdl apply"
+    fi
+
     case $prev in
         -f | --format) COMPREPLY=($(compgen -W "$formats" -- "$cur")); return ;;
         --colors) COMPREPLY=($(compgen -W "hex hex-alpha rgba" -- "$cur")); return ;;
         -p | --preset) COMPREPLY=($(compgen -W "default test cinema social safe" -- "$cur")); return ;;
         --out-dir) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
         -o | --output) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
-        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | -g | --guide | --canvas | --margin | --decision) return ;;
+        -j | --jobs | -s | --size | -w | --width | --height | -z | --zoom | --background | -g | --guide | --canvas | --margin | --decision | --template) return ;;
     esac
 
     if [[ $cur == -* ]]; then
@@ -41,8 +50,15 @@ _vantel() {
             thumbnail) options+=" --size --background --flatten" ;;
             info) options+=" --json --colors" ;;
             new) options+=" --output --preset --guide --canvas --margin --background --binary --force" ;;
+            "fdl apply") options+=" --output --canvas --decision --template" ;;
         esac
         COMPREPLY=($(compgen -W "$options" -- "$cur"))
+        return
+    fi
+
+    # A template is applied to framing decision lists only.
+    if [[ $command == "fdl apply" ]]; then
+        mapfile -t COMPREPLY < <(compgen -d -- "$cur"; compgen -f -X '!*.fdl' -- "$cur")
         return
     fi
 

@@ -1,6 +1,6 @@
 # fish completion for vantel
 
-set -l commands render thumbnail info validate new
+set -l commands render thumbnail info validate new fdl
 set -l formats png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf svg
 
 complete -c vantel -f
@@ -9,6 +9,7 @@ complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a thumbnail -
 complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a info -d 'Describe an overlay document'
 complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a validate -d 'Check that overlay documents can be read and drawn'
 complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a new -d 'Write a new overlay document from a preset or from guides'
+complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a fdl -d 'Work on ASC framing decision lists: apply a canvas template'
 complete -c vantel -n "not __fish_seen_subcommand_from $commands" -l version -d 'Print the version'
 complete -c vantel -s h -l help -d 'Print help'
 
@@ -43,3 +44,10 @@ complete -c vantel -n "__fish_seen_subcommand_from new" -l margin -x -d 'The spa
 complete -c vantel -n "__fish_seen_subcommand_from new" -l background -x -d 'The canvas colour'
 complete -c vantel -n "__fish_seen_subcommand_from new" -l binary -d 'Write a binary property list instead of XML'
 complete -c vantel -n "__fish_seen_subcommand_from new" -l force -d 'Replace the file if it exists'
+
+complete -c vantel -n "__fish_seen_subcommand_from fdl; and not __fish_seen_subcommand_from apply" -a apply -d 'Make a new canvas of a framing decision by a canvas template'
+complete -c vantel -n "__fish_seen_subcommand_from apply" -k -a "(__fish_complete_suffix .fdl)"
+complete -c vantel -n "__fish_seen_subcommand_from apply" -s o -l output -r -F -d 'The list to write'
+complete -c vantel -n "__fish_seen_subcommand_from apply" -l canvas -x -d 'The canvas to apply the template to'
+complete -c vantel -n "__fish_seen_subcommand_from apply" -l decision -x -d 'The framing decision on that canvas'
+complete -c vantel -n "__fish_seen_subcommand_from apply" -l template -x -d 'The canvas template to apply'

@@ -80,9 +80,10 @@ def entry_roff(name, description):
     return [".TP", "\\fB" + roff(name) + "\\fR", roff(description)]
 
 
-def command_roff(vantel, command):
-    description, usage, groups, footer = section(help_text(vantel, command))
-    out = [".SS " + roff("vantel " + command), roff(description), ".PP", ".nf"]
+def command_roff(vantel, *command):
+    """The command's subsection, then one for each command under it (fdl apply)."""
+    description, usage, groups, footer = section(help_text(vantel, *command))
+    out = [".SS " + roff(" ".join(("vantel",) + command)), roff(description), ".PP", ".nf"]
     out += [roff(form) for form in usage] + [".fi"]
     for group, _, items in groups:
         if group == "Options":
@@ -90,7 +91,12 @@ def command_roff(vantel, command):
         out += [".PP", "\\fI" + roff(group) + "\\fR"]
         for name, text in items:
             out += entry_roff(name, text)
-    return out + [".PP"] + footer_roff(footer)
+    out += [".PP"] + footer_roff(footer)
+    for group, _, items in groups:
+        if group == "Commands":
+            for name, _ in items:
+                out += command_roff(vantel, *command, name)
+    return out
 
 
 def page(vantel):

@@ -8,14 +8,27 @@ namespace vantel::cli {
 
 namespace {
 
-// The subcommand being read when the parser stopped, none at the top level.
+// The innermost subcommand being read when the parser stopped ("apply" in
+// "vantel fdl apply"), none at the top level.
 const CLI::App* commandInUse(CLI::App& app) {
-    std::vector<CLI::App*> parsed = app.get_subcommands();
-    return parsed.empty() ? nullptr : parsed.back();
+    const CLI::App* command = nullptr;
+    for (std::vector<CLI::App*> parsed = app.get_subcommands(); !parsed.empty(); parsed = command->get_subcommands()) {
+        command = parsed.back();
+    }
+    return command;
+}
+
+// The command as typed after "vantel": "fdl apply".
+std::string commandName(const CLI::App* command) {
+    std::string name = command->get_name();
+    for (const CLI::App* parent = command->get_parent(); parent && parent->get_parent(); parent = parent->get_parent()) {
+        name = parent->get_name() + " " + name;
+    }
+    return name;
 }
 
 std::string seeHelp(const CLI::App* command) {
-    return command ? "; see vantel " + command->get_name() + " --help" : "; see vantel --help";
+    return command ? "; see vantel " + commandName(command) + " --help" : "; see vantel --help";
 }
 
 std::string commandNames(const CLI::App& app) {
@@ -32,7 +45,7 @@ std::string leftOverText(CLI::App& app) {
     if (!command && !isOption) {
         return "unknown command " + quotedOnOneLine(first) + "; the commands are " + commandNames(app);
     }
-    const std::string where = command ? command->get_name() + ": " : "";
+    const std::string where = command ? commandName(command) + ": " : "";
     return where + (isOption ? "unknown option " : "unexpected argument ") + quotedOnOneLine(first) +
            seeHelp(command);
 }
@@ -105,8 +118,11 @@ std::optional<std::string> exclusionText(const std::string& text) {
 std::optional<std::string> requiredText(CLI::App& app, const std::string& text) {
     if (!text.ends_with(" is required")) return std::nullopt;
     const CLI::App* command = commandInUse(app);
+    if (command && text.starts_with("A subcommand")) {
+        return commandName(command) + ": which one? the commands are " + commandNames(*command) + seeHelp(command);
+    }
     const std::string what = text.substr(0, text.size() - std::string(" is required").size());
-    return (command ? command->get_name() + ": " : "") + what + " is missing" + seeHelp(command);
+    return (command ? commandName(command) + ": " : "") + what + " is missing" + seeHelp(command);
 }
 
 }  // namespace

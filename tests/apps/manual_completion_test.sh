@@ -13,9 +13,10 @@ warnings=$(MANWIDTH=80 man --warnings -l "$manual" 2>&1 > /dev/null)
 page=$(MANWIDTH=80 man -l "$manual" 2> /dev/null)
 
 commands=$("$vantel" --help | sed -n '/^Commands:/,/^$/p' | awk 'NR > 1 && /^  [a-z]/ {print $1}')
-[ "$(echo $commands)" = "render thumbnail info validate new" ] || fail "commands in --help: $commands"
-for command in $commands; do
-  for option in $("$vantel" "$command" --help | grep -o -- '--[a-z][a-z-]*' | sort -u); do
+[ "$(echo $commands)" = "render thumbnail info validate new fdl" ] || fail "commands in --help: $commands"
+for command in $commands "fdl apply"; do
+  # shellcheck disable=SC2086  # "fdl apply" is two words
+  for option in $("$vantel" $command --help | grep -o -- '--[a-z][a-z-]*' | sort -u); do
     grep -q -- "${option//-/\\\\-}\|$option" "$manual" || fail "manual lacks $command $option"
     grep -q -- "$option" "$source_dir/completions/vantel.bash" || fail "bash completion lacks $option"
     grep -q -- "$option" "$source_dir/completions/_vantel" || fail "zsh completion lacks $option"
@@ -24,6 +25,7 @@ for command in $commands; do
   done
 done
 echo "$page" | grep -q "vantel render FILE -o OUT" || fail "manual lacks the render forms"
+echo "$page" | grep -q "vantel fdl apply SOURCE TEMPLATE -o RESULT" || fail "manual lacks fdl apply"
 section() { echo "$page" | sed -n "/^$1\$/,/^[A-Z]/p"; }
 for variable in SOURCE_DATE_EPOCH TMPDIR https_proxy; do
   section ENVIRONMENT | grep -qw -- "$variable" || fail "ENVIRONMENT lacks $variable"
@@ -45,6 +47,10 @@ completions() { # the candidates, sorted, joined by "|"
 [ "$(completions vantel render -f jp)" = "jp2|jpeg|jpeg2000|jpg" ] || fail "render -f jp<Tab>: $(completions vantel render -f jp)"
 [ "$(completions vantel render '')" = "a.aspectratio|my shot.aspectratio" ] || fail "render <Tab>: $(completions vantel render '')"
 [ "$(completions vantel render -o my)" = "my shot.aspectratio" ] || fail "render -o my<Tab>: $(completions vantel render -o my)"
+touch "$work/shot.fdl"
+[ "$(completions vantel fdl '')" = "--help|apply" ] || fail "fdl <Tab>: $(completions vantel fdl '')"
+[ "$(completions vantel fdl apply --te)" = --template ] || fail "fdl apply --te<Tab>"
+[ "$(completions vantel fdl apply a.fdl '')" = shot.fdl ] || fail "fdl apply a.fdl <Tab>: $(completions vantel fdl apply a.fdl '')"
 
 for shell in zsh fish; do
   if command -v $shell > /dev/null; then
