@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace vantel {
 
@@ -63,6 +64,7 @@ FDLReadResult readFramingDecisionList(const Data& bytes) {
     detail::checkSchema(root, detail::isStrictVersion(detail::versionOf(root)), result.problems);
     result.document = detail::decodeList(root);
     detail::checkReferences(*result.document, result.problems);
+    result.json = std::move(root);
     return result;
 }
 

@@ -33,6 +33,9 @@ struct FDLReadResult {
     // Set whenever the bytes are a JSON object, even one with errors, so
     // that a list can be described while it is being repaired.
     std::optional<FramingDecisionList> document;
+    // The JSON object as read, beside the document: writing a changed list
+    // with it (encodeFramingDecisionList) keeps the file's own layout.
+    CodingValue json;
     // The form of each value first, then how the values refer to each other.
     std::vector<FDLProblem> problems;
 
