@@ -12,7 +12,7 @@ _vantel() {
     fi
 
     local commands="render thumbnail info validate new fdl"
-    local formats="png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf svg"
+    local formats="png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf svg fdl"
     local command="" i
     for ((i = 1; i < cword; i++)); do
         case ${words[i]} in

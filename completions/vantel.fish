@@ -1,7 +1,7 @@
 # fish completion for vantel
 
 set -l commands render thumbnail info validate new fdl
-set -l formats png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf svg
+set -l formats png tiff tif bmp gif jpeg jpg jpeg2000 jp2 pdf svg fdl
 
 complete -c vantel -f
 complete -c vantel -n "not __fish_seen_subcommand_from $commands" -a render -d 'Render overlay documents to images or PDF'

@@ -20,6 +20,8 @@ packages=(
   clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes
   poppler-utils
+  # framing decision lists `vantel render` writes are checked against the ASC's schema
+  python3-jsonschema
   # bench/compare_rsvg.sh: timing, and the reference renderer it is measured against
   hyperfine librsvg2-bin
   # end-to-end thumbnailer tests: a real consumer (tumblerd on a private

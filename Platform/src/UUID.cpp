@@ -1,7 +1,9 @@
 #include <Platform/UUID.hpp>
 
+#include <Platform/Digest.hpp>
 #include <Platform/SecureRandom.hpp>
 
+#include <algorithm>
 #include <cstring>
 
 namespace vantel {
@@ -25,6 +27,17 @@ UUID UUID::random() {
     Bytes bytes{};
     fillSecureRandom(bytes);
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4
+    bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // RFC 4122 variant
+    return UUID(bytes);
+}
+
+UUID UUID::nameBased(const UUID& space, std::string_view name) {
+    std::string hashed(space.bytes_.begin(), space.bytes_.end());
+    hashed += name;
+    SHA1Digest digest = sha1Digest(hashed);
+    Bytes bytes{};
+    std::copy_n(digest.begin(), bytes.size(), bytes.begin());
+    bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x50);  // version 5
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // RFC 4122 variant
     return UUID(bytes);
 }

@@ -3,6 +3,7 @@
 #include <ZBExtensions/Strings.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 #include <system_error>
 
@@ -20,11 +21,23 @@ bool documentPrecedes(const std::filesystem::path& a, const std::filesystem::pat
     return first < second;
 }
 
+namespace {
+
+bool isDocumentName(const std::filesystem::path& path) {
+    std::string extension = path.extension().string();
+    if (extension == ".aspectratio") return true;
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".fdl";
+}
+
+}  // namespace
+
 std::vector<std::filesystem::path> documentsInFolder(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> documents;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        if (entry.path().extension() == ".aspectratio" && !entry.is_directory(error)) {
+        if (isDocumentName(entry.path()) && !entry.is_directory(error)) {
             documents.push_back(entry.path());
         }
     }

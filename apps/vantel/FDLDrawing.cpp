@@ -8,6 +8,7 @@
 #include <FramingDecisions/FDLReading.hpp>
 #include <Graphics2/SketchDrawing.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
+#include <Platform/Fatal.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <algorithm>
@@ -68,6 +69,9 @@ Data encodeChart(const FDLCanvas& canvas, const OutputFormat& format, CGSize siz
             PDFPage page = chartPage(canvas, size, choices.background);
             return drawSVG(page.size, page.draw);
         }
+        Data operator()(const FDLOutput&) const {
+            fatalError("a framing decision list is drawn as a picture, not written as a list");
+        }
     };
     return std::visit(Encode{canvas, size, choices}, format.kind);
 }
@@ -100,6 +104,10 @@ void addFrameLineOptions(CLI::App& command, FrameLineOptions& options) {
 
 RenderOutcome renderFramingDecisionList(const CommandInput& input, const fs::path& output,
                                         const OutputFormat& format, const DrawingChoices& choices) {
+    if (std::holds_alternative<FDLOutput>(format.kind)) {
+        return {ExitCode::badUsage, {input.name() + ": is a framing decision list already; render it to a picture "
+                                                    "format, such as png, svg or pdf"}};
+    }
     ChosenCanvas chosen = chooseCanvas(input, choices.frameLines.choice);
     if (!chosen.canvas) return {ExitCode::badDocument, {chosen.problem}};
     const CGSize size = outputSize(chartSize(*chosen.canvas, choices.frameLines.desqueeze), choices.size);

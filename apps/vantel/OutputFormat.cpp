@@ -29,6 +29,7 @@ const std::vector<FormatName>& formatNames() {
         {"jp2", BitmapOutput{NSBitmapImageFileType::jpeg2000}},
         {"pdf", PDFOutput{}},
         {"svg", SVGOutput{}},
+        {"fdl", FDLOutput{}},
     };
     return names;
 }
@@ -60,7 +61,7 @@ std::optional<OutputFormat> OutputFormat::forFile(const std::filesystem::path& f
 }
 
 std::string OutputFormat::namesText() {
-    return "png, tiff (tif), bmp, gif, jpeg (jpg), jpeg2000 (jp2), pdf, svg";
+    return "png, tiff (tif), bmp, gif, jpeg (jpg), jpeg2000 (jp2), pdf, svg, fdl";
 }
 
 }  // namespace vantel::cli

@@ -13,8 +13,8 @@
 
 namespace vantel::cli {
 
-// The kinds of output: a bitmap of a file type, a vector PDF page or a
-// vector SVG picture. A new
+// The kinds of output: a bitmap of a file type, a vector PDF page, a
+// vector SVG picture, or the guides as an ASC framing decision list. A new
 // kind is one more alternative here and one more branch where outputs are
 // encoded (encodeDocument).
 struct BitmapOutput {
@@ -27,7 +27,10 @@ struct PDFOutput {
 struct SVGOutput {
     friend bool operator==(const SVGOutput&, const SVGOutput&) = default;
 };
-using OutputKind = std::variant<BitmapOutput, PDFOutput, SVGOutput>;
+struct FDLOutput {
+    friend bool operator==(const FDLOutput&, const FDLOutput&) = default;
+};
+using OutputKind = std::variant<BitmapOutput, PDFOutput, SVGOutput, FDLOutput>;
 
 struct OutputFormat {
     std::string extension;  // what --out-dir names outputs with
@@ -37,7 +40,7 @@ struct OutputFormat {
     bool holdsPages() const { return std::holds_alternative<PDFOutput>(kind); }
 
     // A format name or file extension, any case, with or without the dot:
-    // png, tiff/tif, bmp, gif, jpeg/jpg, jpeg2000/jp2, pdf, svg.
+    // png, tiff/tif, bmp, gif, jpeg/jpg, jpeg2000/jp2, pdf, svg, fdl.
     static std::optional<OutputFormat> named(std::string_view name);
     // The format named by the file's extension.
     static std::optional<OutputFormat> forFile(const std::filesystem::path& file);

@@ -233,6 +233,13 @@ const char* const renderFooter =
     "SVG output draws the same picture as the bitmaps, as paths only: colours "
     "with their alpha, stroke weights, and the holes of guides that clear what "
     "lies beneath (as masks).\n"
+    "FDL output (.fdl) writes an overlay as an ASC framing decision list, "
+    "version 2.0: one canvas of the output's size, and for each guide a "
+    "framing intent of its ratio in whole numbers (239:100 for 2.39:1) and a "
+    "framing decision at its laid-out rectangle, labelled by its place among "
+    "the guides (1.2: the second guide inside the first). Its uuid is random, "
+    "or derived from the content when SOURCE_DATE_EPOCH is set, so that the "
+    "bytes repeat.\n"
     "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage, "
     "3 an input or output file could not be read or written (the most serious "
     "one when several files failed).";
@@ -270,7 +277,7 @@ void addSizeOptions(CLI::App& command, RenderOptions& options) {
 CommandRegistration registration(10, [](CLI::App& app, ExitCode& result) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App* sub =
-        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, or to PDF or SVG");
+        app.add_subcommand("render", "Render overlay documents to PNG, TIFF, BMP, GIF, JPEG or JPEG 2000 images, to PDF or SVG, or write them as ASC framing decision lists");
     setUsageForms(sub, {"vantel render FILE -o OUT [--format F] [--width W] [--height H] [--zoom Z]",
                         "cat FILE | vantel render - -o - [--format F] > OUT",
                         "vantel render FILE... -o OUT.pdf",

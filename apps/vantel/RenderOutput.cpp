@@ -2,6 +2,7 @@
 
 #include "DocumentLoading.hpp"
 #include "FDLDrawing.hpp"
+#include "OverlayAsFDL.hpp"
 
 #include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
@@ -131,6 +132,9 @@ Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const Out
         Data operator()(const SVGOutput&) const {
             PDFPage page = pageOf(document, choices.size);
             return drawSVG(page.size, page.draw);
+        }
+        Data operator()(const FDLOutput&) const {
+            return encodeOverlayDecisionList(*document, outputSize(document->size().cg(), choices.size));
         }
     };
     return std::visit(Encode{document, choices}, format.kind);

@@ -20,6 +20,14 @@ TEST(UUIDTest, RandomIdentifiersAreVersionFourAndDistinct) {
     }
 }
 
+// RFC 4122's DNS name space; the identifiers are those Python's uuid5 gives.
+TEST(UUIDTest, NameBasedIdentifiersAreVersionFiveOfTheNameAndSpace) {
+    UUID dns = *UUID::fromString("6ba7b810-9dad-11d1-80b4-00c04fd430c8");
+    EXPECT_EQ(UUID::nameBased(dns, "python.org").uuidString(), "886313E1-3B8A-5372-9B90-0C9AEE199E5D");
+    EXPECT_EQ(UUID::nameBased(dns, "python.org"), UUID::nameBased(dns, "python.org"));
+    EXPECT_NE(UUID::nameBased(dns, "python.org"), UUID::nameBased(UUID(), "python.org"));
+}
+
 TEST(UUIDTest, TextIsUpperCaseAndParsesInEitherCase) {
     auto lower = UUID::fromString("e621e1f8-c36c-495a-93fc-0c247a3e6e5f");
     auto upper = UUID::fromString("E621E1F8-C36C-495A-93FC-0C247A3E6E5F");

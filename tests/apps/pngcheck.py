@@ -5,16 +5,19 @@
 
 Reads the PNG with pngread.py (zlib only), so it judges the bytes a file
 browser would get. The document is read with plistlib for its canvas,
-background and guides; the checks are:
+background and guides (a framing decision list, .fdl, with json for its
+first canvas); the checks are:
   - the file is a complete PNG: signature, chunk CRCs, IHDR first, IEND last,
     image data that inflates to exactly the rows IHDR promises;
   - the larger side is N and the other keeps the canvas aspect (within a pixel);
   - pixels in the margin band at each side show the background colour;
   - inside the margin, the guides change at least 5% of the pixels;
-  - every guide stroke at least two pixels wide appears in its colour.
+  - every guide stroke at least two pixels wide appears in its colour;
+  - for a list: the canvas and framing lines appear in their chart colours.
 Exits 0 when all hold; otherwise prints one line per failure and exits 1.
 """
 import argparse
+import json
 import math
 import os
 import plistlib
@@ -45,17 +48,35 @@ def band_pixel(start, end, scale, limit):
     return index
 
 
-def check(image, document, size):
-    failures = []
-    canvas = document["size"]
-    width, height, margin = canvas["width"], canvas["height"], canvas["margin"]
+def size_failures(image, width, height, size):
     longer = max(width, height)
     expected = (size * width / longer, size * height / longer)
     if max(image.width, image.height) != size or \
             abs(image.width - expected[0]) > 1 or abs(image.height - expected[1]) > 1:
-        failures.append(f"image is {image.width}x{image.height}, expected the canvas "
-                        f"{width:g}x{height:g} fitted into {size} ({expected[0]:.1f}x{expected[1]:.1f})")
+        return [f"image is {image.width}x{image.height}, expected the canvas "
+                f"{width:g}x{height:g} fitted into {size} ({expected[0]:.1f}x{expected[1]:.1f})"]
+    return []
+
+
+def check_list(image, fdl, size):
+    canvas = fdl["contexts"][0]["canvases"][0]["dimensions"]
+    failures = size_failures(image, canvas["width"], canvas["height"], size)
+    if failures:
         return failures
+    seen = set(image.pixels())
+    for layer, colour in (("canvas", (128, 128, 128, 255)), ("framing", (0, 204, 102, 255))):
+        if not any(close(pixel, colour, 3) for pixel in seen):
+            failures.append(f"no pixel shows the {layer} line's colour {colour}")
+    return failures
+
+
+def check(image, document, size):
+    canvas = document["size"]
+    width, height, margin = canvas["width"], canvas["height"], canvas["margin"]
+    failures = size_failures(image, width, height, size)
+    if failures:
+        return failures
+    longer = max(width, height)
 
     scale = size / longer
     background = colour255(document.get("backgroundColor", {}))
@@ -101,8 +122,10 @@ def main():
         print(f"{args.image}: not a whole PNG: {error}")
         return 1
     with open(args.document, "rb") as f:
-        document = plistlib.load(f)
-    failures = check(image, document, args.size)
+        if args.document.lower().endswith(".fdl"):
+            failures = check_list(image, json.load(f), args.size)
+        else:
+            failures = check(image, plistlib.load(f), args.size)
     for pair in args.text:
         key, value = pair.split("=", 1)
         found = image.text.get(key.encode())

@@ -1,7 +1,7 @@
 """Drives vantel-preview in a headless X server: the first picture, a save
 with a new background, a broken save, Right to the next document, then `1`
-(100 %, scrollable) and `0` (fit), Ctrl+C (a PNG on the clipboard) and a
-resize; then a named pipe whose writer is slow, which must not hold up the
+(100 %, scrollable) and `0` (fit), Ctrl+C (a PNG on the clipboard), a
+resize, and Right on to a framing decision list beside them; then a named pipe whose writer is slow, which must not hold up the
 window. Pictures are compared with what `vantel render` draws at the same
 size.
 
@@ -172,6 +172,7 @@ folder = tempfile.mkdtemp()
 first, second = os.path.join(folder, "a.aspectratio"), os.path.join(folder, "b.aspectratio")
 document(first, 200, 30, 30)
 document(second, 30, 30, 200)
+shutil.copy(os.path.join(source, "tests/data/fdl/A_4448x3096_1-3x_FramingChart.fdl"), os.path.join(folder, "c.fdl"))
 process = subprocess.Popen([preview, first])
 try:
     window = wait_for("the window appears", lambda: xdotool("search", "--name", "a.aspectratio"), 10).split()[0]
@@ -198,6 +199,8 @@ try:
     check_fit_and_actual_size(window, render(second, "1024"), render(second))
     check_copy(window, second)
     check_resize(window, second)
+    xdotool("key", "--window", window, "Right")
+    wait_for("the list's title", lambda: "c.fdl" in xdotool("getwindowname", window), 3)
     xdotool("key", "--window", window, "Escape")
     wait_for("Escape closes the window", lambda: process.poll() is not None, 3)
     check_slow_pipe(folder)

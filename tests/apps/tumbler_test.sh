@@ -18,8 +18,14 @@ source "$(dirname "$0")/lib.sh"
 
 THUMBNAILER_IFACE=org.freedesktop.thumbnails.Thumbnailer1
 THUMBNAILER_PATH=/org/freedesktop/thumbnails/Thumbnailer1
-MIME_TYPE=application/x-vantel-aspect-ratio
 FLAVOURS="normal:128 large:256 x-large:512 xx-large:1024"
+
+mime_type() { # DOCUMENT
+  case "$1" in
+    *.fdl) echo application/x-asc-fdl ;;
+    *) echo application/x-vantel-aspect-ratio ;;
+  esac
+}
 
 tumblerd_command() {
   local dir service dirs
@@ -85,7 +91,7 @@ in_session() {
   uris=() mimes=()
   for doc in "${documents[@]}"; do
     uris+=("'$(file_uri "$doc")'")
-    mimes+=("'$MIME_TYPE'")
+    mimes+=("'$(mime_type "$doc")'")
   done
   for pair in $FLAVOURS; do
     flavour=${pair%%:*} size=${pair##*:}
@@ -134,13 +140,14 @@ update-mime-database "$XDG_DATA_HOME/mime"
 
 mkdir -p "$WORK/docs"
 cp "$EXAMPLES/sample.aspectratio" "$WORK/docs/sample with space.aspectratio"
+cp "$SOURCE_DIR/tests/data/fdl/A_4448x3096_1-3x_FramingChart.fdl" "$WORK/docs/chart.fdl"
 printf '%s\n' "$EXAMPLES/sample.aspectratio" "$EXAMPLES/portrait-binary.aspectratio" \
-  "$WORK/docs/sample with space.aspectratio" > "$WORK/documents"
+  "$WORK/docs/sample with space.aspectratio" "$WORK/docs/chart.fdl" > "$WORK/documents"
 
 # A file browser finds the type through shared-mime-info before it asks.
 while read -r doc; do
   type=$(gio info -a standard::content-type "$doc" | sed -n 's/^ *standard::content-type: //p')
-  [ "$type" = "$MIME_TYPE" ] || fail "shared-mime-info gives '$type' for $doc, expected $MIME_TYPE"
+  [ "$type" = "$(mime_type "$doc")" ] || fail "shared-mime-info gives '$type' for $doc, expected $(mime_type "$doc")"
 done < "$WORK/documents"
 
 cat > "$WORK/bus.conf" <<'EOF'

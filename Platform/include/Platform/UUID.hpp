@@ -1,7 +1,7 @@
 #pragma once
 
-// Universally unique identifiers: random (version 4) creation and the
-// standard 36-character text, e.g. "E621E1F8-C36C-495A-93FC-0C247A3E6E5F".
+// Universally unique identifiers: random (version 4) and name-based
+// (version 5) creation and the standard 36-character text, e.g. "E621E1F8-C36C-495A-93FC-0C247A3E6E5F".
 
 #include <Platform/Coding.hpp>
 
@@ -25,6 +25,9 @@ public:
 
     // A fresh version-4 identifier from the system's secure random source.
     static UUID random();
+    // The version-5 identifier of `name` within `space` (RFC 4122, SHA-1):
+    // the same for the same name, so reproducible outputs can carry one.
+    static UUID nameBased(const UUID& space, std::string_view name);
     // Hexadecimal digits of either case in the 8-4-4-4-12 form; nothing otherwise.
     static std::optional<UUID> fromString(std::string_view text);
 
