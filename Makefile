@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run install-user install-user-dev clean sanitize tsan fuzz
+.PHONY: all deps configure build test run install-user install-user-dev deb clean sanitize tsan fuzz
 
 all: build
 
@@ -76,6 +76,14 @@ install-user: build
 # The same and the SDK: static libraries, headers, the CMake package, vantel.pc.
 install-user-dev: install-user
 	@cmake --install $(BUILD) --prefix $(HOME)/.local --component sdk
+
+# vantel_<version>_<arch>.deb (the programs and desktop files) and
+# vantel-dev_<version>_<arch>.deb (the SDK) in $(BUILD)/packages; see
+# cmake/VantelPackage.cmake.
+deb: build
+	@cpack --config $(BUILD)/CPackConfig.cmake -B $(BUILD)/packages > $(BUILD)/cpack.log 2>&1 \
+	  || { cat $(BUILD)/cpack.log; exit 1; }
+	@ls $(BUILD)/packages/*.deb
 
 clean:
 	@rm -rf $(BUILD) build-sanitize build-tsan $(FUZZ_BUILD) *.configure.log

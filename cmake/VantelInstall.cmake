@@ -17,6 +17,15 @@ foreach(module ${VANTEL_SDK_MODULES})
 endforeach()
 install(TARGETS ${VANTEL_SDK_MODULES} vantel_gif EXPORT VantelTargets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT sdk EXCLUDE_FROM_ALL)
+# Debug information is most of the archives' size; a stripped install
+# (--strip, as make deb does) drops it, as Debian's own -dev packages do.
+install(CODE "
+  if(CMAKE_INSTALL_DO_STRIP)
+    foreach(module ${VANTEL_SDK_MODULES})
+      execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-debug --enable-deterministic-archives
+        \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/lib\${module}.a\")
+    endforeach()
+  endif()" COMPONENT sdk EXCLUDE_FROM_ALL)
 install(EXPORT VantelTargets NAMESPACE Vantel:: DESTINATION ${VANTEL_CMAKE_DIR} COMPONENT sdk EXCLUDE_FROM_ALL)
 
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VantelConfig.cmake.in

@@ -20,7 +20,7 @@ check_tree() { # LABEL ROOT
   "$root/bin/vantel" --version > /dev/null || fail "$label: installed vantel does not run"
   [ -z "$(find "$root" -name include -o -name '*.a' -o -name '*.pc' -o -name cmake)" ] ||
     fail "$label: a plain install holds SDK files, which belong to the sdk component"
-  for file in share/man/man1/vantel.1 share/man/man5/vantel-aspectratio.5 \
+  for file in share/man/man1/vantel.1.gz share/man/man5/vantel-aspectratio.5.gz \
               share/bash-completion/completions/vantel share/zsh/site-functions/_vantel \
               share/fish/vendor_completions.d/vantel.fish; do
     [ -s "$root/$file" ] || fail "$label: no $file"
