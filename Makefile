@@ -73,9 +73,10 @@ install-user: build
 	@update-mime-database $(HOME)/.local/share/mime
 	@! command -v update-desktop-database >/dev/null || update-desktop-database $(HOME)/.local/share/applications
 
-# The same and the SDK: static libraries, headers, the CMake package, vantel.pc.
+# The same and the SDK: static libraries (without debug information, as
+# Debian ships them), headers, the CMake package, vantel.pc.
 install-user-dev: install-user
-	@cmake --install $(BUILD) --prefix $(HOME)/.local --component sdk
+	@cmake --install $(BUILD) --prefix $(HOME)/.local --component sdk --strip
 
 # vantel_<version>_<arch>.deb (the programs and desktop files) and
 # vantel-dev_<version>_<arch>.deb (the SDK) in $(BUILD)/packages; see
