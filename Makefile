@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run install-user clean sanitize tsan fuzz
+.PHONY: all deps configure build test run install-user install-user-dev deb clean sanitize tsan fuzz
 
 all: build
 
@@ -63,13 +63,28 @@ fuzz: deps
 	  -dict=fuzz/plist.dict -max_len=16384 -timeout=30 -rss_limit_mb=2048 \
 	  -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/findings/
 
-# The command, the MIME type and the thumbnailer under ~/.local, for one user.
-# The install compiles the MIME database itself unless configured with
-# VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it here too makes sure.
+# The programs (stripped), the MIME type, the thumbnailer, the desktop files,
+# manual pages and completions under ~/.local, for one user: everything a
+# plain `cmake --install` installs. The install compiles the MIME database
+# itself unless configured with VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it
+# here too makes sure.
 install-user: build
-	@cmake --install $(BUILD) --prefix $(HOME)/.local
+	@cmake --install $(BUILD) --prefix $(HOME)/.local --strip
 	@update-mime-database $(HOME)/.local/share/mime
 	@! command -v update-desktop-database >/dev/null || update-desktop-database $(HOME)/.local/share/applications
+
+# The same and the SDK: static libraries (without debug information, as
+# Debian ships them), headers, the CMake package, vantel.pc.
+install-user-dev: install-user
+	@cmake --install $(BUILD) --prefix $(HOME)/.local --component sdk --strip
+
+# vantel_<version>_<arch>.deb (the programs and desktop files) and
+# vantel-dev_<version>_<arch>.deb (the SDK) in $(BUILD)/packages; see
+# cmake/VantelPackage.cmake.
+deb: build
+	@cpack --config $(BUILD)/CPackConfig.cmake -B $(BUILD)/packages > $(BUILD)/cpack.log 2>&1 \
+	  || { cat $(BUILD)/cpack.log; exit 1; }
+	@ls $(BUILD)/packages/*.deb
 
 clean:
 	@rm -rf $(BUILD) build-sanitize build-tsan $(FUZZ_BUILD) *.configure.log

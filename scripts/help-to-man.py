@@ -119,8 +119,8 @@ def page(vantel):
     for command, _ in items.get("Commands", []):
         out += command_roff(vantel, command)
     out += listed("ENVIRONMENT", "Environment") + listed("FILES", "Files") + listed("EXIT STATUS", "Exit codes")
-    out += [".SH SEE ALSO", "rsvg\\-convert(1), pdfinfo(1), and the README of Vantel's sources, section",
-            "\\(lqThe vantel command\\(rq, for the format of overlay documents"]
+    out += [".SH SEE ALSO", "vantel\\-aspectratio(5) for the format of overlay documents,",
+            "rsvg\\-convert(1), pdfinfo(1), and the README of Vantel's sources"]
     return "\n".join(line for line in out if line != "") + "\n"
 
 

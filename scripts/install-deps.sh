@@ -32,6 +32,9 @@ packages=(
   # SVG output is checked against real consumers: librsvg (above), Chromium,
   # and libxml2's own reader for the depth it accepts
   chromium libxml2-utils
+  # make deb: dpkg-shlibdeps computes the package's Depends; its test checks
+  # the packages with lintian
+  dpkg-dev lintian
 )
 
 missing=()
@@ -45,4 +48,6 @@ sudo=""
 [ "$(id -u)" -eq 0 ] || sudo="sudo"
 export DEBIAN_FRONTEND=noninteractive
 $sudo apt-get update -qq
-$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+# Waits for the dpkg lock rather than failing while another install (the
+# package test, say) holds it.
+$sudo apt-get install -y -qq --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}"

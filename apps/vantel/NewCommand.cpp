@@ -96,7 +96,8 @@ const char* const newFooter =
     "N pixels), in=N (nest inside the N-th guide given, which comes earlier).\n"
     "clear (the default) erases what lies beneath the guide before it is drawn.\n"
     "Guides without color= take colours at random from the preset palette.\n"
-    "Every key of a document is described in docs/format.md.\n"
+    "Every key of a document is described in the vantel-aspectratio(5) manual page\n"
+    "(docs/format.md in Vantel's sources).\n"
     "Exit codes: 0 written, 2 bad usage (also: FILE exists without --force, a\n"
     "bad guide, a document that could not be drawn), 3 FILE could not be written.";
 

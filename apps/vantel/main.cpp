@@ -25,8 +25,9 @@ std::multimap<int, CommandSetup>& registry() {
 const char* const commandFooter =
     "Run \"vantel COMMAND --help\" for a command's options. Documents are XML or "
     "binary property lists (*.aspectratio) holding a canvas, its background "
-    "colour and nested aspect-ratio guides; docs/format.md in Vantel's sources "
-    "describes every key, and \"vantel new\" writes one to start from.\n"
+    "colour and nested aspect-ratio guides; the vantel-aspectratio(5) manual "
+    "page (docs/format.md in Vantel's sources) describes every key, and "
+    "\"vantel new\" writes one to start from.\n"
     "\n"
     "Environment:\n"
     "  SOURCE_DATE_EPOCH  the creation date written into PDF files, in seconds "

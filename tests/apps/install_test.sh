@@ -1,6 +1,6 @@
 #!/bin/bash
 # `cmake --install` places the command, the MIME type and the thumbnailer
-# where file browsers look, both straight into a prefix (which also compiles
+# where file browsers look, and no SDK, both straight into a prefix (which also compiles
 # the MIME database there) and into a DESTDIR staging tree for packagers
 # (which leaves compiling to the package manager's trigger).
 # Called as: install_test.sh VANTEL SOURCE_DIR CMAKE BUILD_DIR
@@ -18,8 +18,11 @@ check_tree() { # LABEL ROOT
   cmp -s "$root/share/thumbnailers/vantel.thumbnailer" "$SOURCE_DIR/data/vantel.thumbnailer" ||
     fail "$label: share/thumbnailers/vantel.thumbnailer missing or not the one in data/"
   "$root/bin/vantel" --version > /dev/null || fail "$label: installed vantel does not run"
-  for file in share/man/man1/vantel.1 share/bash-completion/completions/vantel \
-              share/zsh/site-functions/_vantel share/fish/vendor_completions.d/vantel.fish; do
+  [ -z "$(find "$root" -name include -o -name '*.a' -o -name '*.pc' -o -name cmake)" ] ||
+    fail "$label: a plain install holds SDK files, which belong to the sdk component"
+  for file in share/man/man1/vantel.1.gz share/man/man5/vantel-aspectratio.5.gz \
+              share/bash-completion/completions/vantel share/zsh/site-functions/_vantel \
+              share/fish/vendor_completions.d/vantel.fish; do
     [ -s "$root/$file" ] || fail "$label: no $file"
   done
 }

@@ -58,10 +58,11 @@ file_uri() {
   "$PYTHON" -c 'import pathlib, sys; print(pathlib.Path(sys.argv[1]).resolve().as_uri())' "$1"
 }
 
-# The Exec line of data/vantel.thumbnailer with %s, %u, %i, %o substituted,
-# split into words the way the desktop entry rules do for an unquoted line.
+# The Exec line of data/vantel.thumbnailer (or of THUMBNAILER_ENTRY) with
+# %s, %u, %i, %o substituted, split into words the way the desktop entry
+# rules do for an unquoted line.
 exec_line_words() { # SIZE INPUT_PATH OUTPUT_PATH
-  "$PYTHON" - "$SOURCE_DIR/data/vantel.thumbnailer" "$@" <<'EOF'
+  "$PYTHON" - "${THUMBNAILER_ENTRY:-$SOURCE_DIR/data/vantel.thumbnailer}" "$@" <<'EOF'
 import configparser, pathlib, sys
 entry, size, path, output = sys.argv[1:]
 parser = configparser.ConfigParser(interpolation=None)

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# The manual page and the shell completions: the page renders without
+# The manual pages and the shell completions: the pages render without
 # warnings, carries every option of --help and has the sections a manual
 # page is read for (environment, files, exit codes as a list); bash completes
 # commands, options, formats and documents, names with blanks whole; every
 # shell's script knows every option.
 set -euo pipefail
-vantel=$1 source_dir=$(cd "$2" && pwd) manual=$3
+vantel=$1 source_dir=$(cd "$2" && pwd) manual=$3 format_manual=$4
 fail() { echo "FAIL: $*" >&2; exit 1; }
 
 warnings=$(MANWIDTH=80 man --warnings -l "$manual" 2>&1 > /dev/null)
@@ -32,7 +32,17 @@ for variable in SOURCE_DATE_EPOCH TMPDIR https_proxy; do
 done
 section FILES | grep -q "vantel.thumbnailer" || fail "FILES lacks the thumbnailer entry"
 [ "$(section "EXIT STATUS" | grep -cE '^ {7}[0-3] +[a-z]')" -eq 4 ] || fail "EXIT STATUS is not a list of codes: $(section "EXIT STATUS")"
-section "SEE ALSO" | grep -q "README" || fail "SEE ALSO does not point to where documents are described"
+section "SEE ALSO" | grep -q "vantel-aspectratio(5)" || fail "SEE ALSO does not point to the format's page"
+
+# The format's page, made from docs/format.md: no warnings, and every key
+# of its tables a tagged entry.
+warnings=$(MANWIDTH=80 man --warnings -l "$format_manual" 2>&1 > /dev/null)
+[ -z "$warnings" ] || fail "man warns about the format's page: $warnings"
+format_page=$(MANWIDTH=80 man -l "$format_manual" 2> /dev/null)
+for key in $(sed -n 's/^| `\([A-Za-z_0-9]*\)` |.*/\1/p' "$source_dir/docs/format.md"); do
+  echo "$format_page" | grep -qE "^ {7}$key( |\$)" || fail "the format's page has no entry for $key"
+done
+echo "$format_page" | grep -q -- "<!-- a red outline" || fail "the format's page lacks the commented example"
 
 # bash: what Tab offers after the words typed so far.
 work=$(mktemp -d)
