@@ -3,7 +3,7 @@ BUILD ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build test run install-user install-user-dev deb clean sanitize tsan fuzz
+.PHONY: all deps configure build test run install-user install-user-dev deb clean sanitize tsan fuzz mutants
 
 all: build
 
@@ -41,6 +41,11 @@ tsan: deps
 	  || { cat build-tsan.configure.log; exit 1; }
 	@cmake --build build-tsan -j $(JOBS)
 	@TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/scripts/tsan-suppressions.txt" ctest --test-dir build-tsan --output-on-failure -j $(JOBS) -R Concurren
+
+# Plants small faults one at a time in a fixed sample of sources and prints how
+# many the tests catch (about 25 minutes on 2 cores; docs/testing.md).
+mutants: build
+	@python3 scripts/mutants.py --jobs $(JOBS)
 
 # The document fuzzer (libFuzzer with AddressSanitizer and UBSan, clang only)
 # for FUZZ_SECONDS, from a copy of fuzz/corpus and fuzz/regressions in

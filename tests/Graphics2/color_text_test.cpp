@@ -77,6 +77,7 @@ TEST(ColorTextTest, FormatStyleNeedsExactlyOneKnownCase) {
     };
     EXPECT_EQ(decodingFails(R"({"format":{"hex":{},"rgba":{}}})"), "Invalid number of keys found, expected one.");
     EXPECT_EQ(decodingFails(R"({"format":{}})"), "Invalid number of keys found, expected one.");
-    EXPECT_NE(decodingFails(R"({"format":{"hsl":{}}})").find("hsl"), std::string::npos);
-    EXPECT_NE(decodingFails(R"({"format":{"hex":1}})"), "decoded");
+    EXPECT_EQ(decodingFails(R"({"format":{"hsl":{}}})"), "Unknown format \"hsl\"; expected hex, hexAlpha or rgba.");
+    // A case holds an empty container, never a value.
+    EXPECT_EQ(decodingFails(R"({"format":{"hex":1}})"), "Expected to decode Dictionary but found an integer instead.");
 }

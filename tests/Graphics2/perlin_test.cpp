@@ -52,16 +52,19 @@ TEST(PerlinTest, LatticePointsReadTheTableAndZeroOctavesGiveZero) {
     EXPECT_EQ(generator.noise(std::numeric_limits<double>::infinity(), std::nan(""), 1e300), 0.0);
 }
 
-TEST(PerlinTest, SecondOctaveRaisesTheXFractionByTwo) {
+// With the index table every mix is linear in the offset, so an octave reads
+// (offset + ease(xf) + 16 ease(yf) + 256 ease(zf)) / 4096: each lane's step
+// and ease shows in the value.
+TEST(PerlinTest, EveryLaneIsEasedAndTheSecondOctaveRaisesXByTwo) {
     PerlinGenerator generator;
     fillWithIndices(generator);
-    double xf = 0.25;
-    auto along = [](double from, double to, double w) { return from + w * (to - from); };
-    // y and z are 0, so each octave reads the row at its x lattice only.
-    double first = along(0.0, 1.0, ease(xf)) / 4096.0;
-    // Second octave: lattice 0 × 2 = 0, fraction 2.25, carried once to lattice 1, 1.25.
-    double second = along(1.0, 2.0, ease(xf + 1.0)) / 4096.0;
-    EXPECT_DOUBLE_EQ(generator.noise(xf, 0, 0), 0.5 * first + 0.25 * second);
+    auto octave = [](double offset, double xf, double yf, double zf) {
+        return (offset + ease(xf) + 16 * ease(yf) + 256 * ease(zf)) / 4096.0;
+    };
+    // Second octave: x 3.3 -> lattice 6 + 2.3, carried to 7 + 1.3; y 2.6 -> 5.2 -> 5 + 0.2; z 1.2 -> 2.4.
+    double first = octave(3 + 2 * 16 + 1 * 256, 0.3, 0.6, 0.2);
+    double second = octave(7 + 5 * 16 + 2 * 256, 1.3, 0.2, 0.4);
+    EXPECT_NEAR(generator.noise(3.3, 2.6, 1.2), 0.5 * first + 0.25 * second, 1e-12);
 }
 
 using PerlinDeathTest = ::testing::Test;

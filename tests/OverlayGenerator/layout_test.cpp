@@ -41,6 +41,8 @@ std::ptrdiff_t indexOf(const std::vector<std::string>& operations, const std::st
 TEST(AspectRatioLayoutTest, FittingIsLimitedByTheTighterSideInsideTheMargin) {
     EXPECT_EQ(guide(1, 1).fitting(canvas), Size(280, 280, 0));
     EXPECT_EQ(guide(16, 9).fitting(canvas), Size(380, 213.75, 0));
+    // The fitted box, centred on the canvas: what info reports as the guide's place.
+    EXPECT_EQ(guide(16, 9).box(canvas, Size(400, 200, 0)), (CGRect{10, -6.875, 380, 213.75}));
     Size undefined = guide(0, 0).fitting(canvas);  // a NaN ratio takes the width branch
     EXPECT_EQ(undefined.width, 380);
     EXPECT_TRUE(std::isnan(undefined.height));

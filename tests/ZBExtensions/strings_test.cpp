@@ -51,7 +51,7 @@ TEST(StringsTest, CounterIsBumpedOrStarted) {
     EXPECT_EQ(incrementingCounter("v-abc"), "v-abc-1");
     EXPECT_EQ(incrementingCounter("take", 5, 10), "take-5");
     EXPECT_EQ(incrementingCounter("take_v7", 1, 10, "%ld", "_v"), "take_v17");
-    EXPECT_EQ(incrementingCounter("n-9", 1, 1, "%x%%"), "n-a%");
+    EXPECT_EQ(incrementingCounter("n-9", 1, 1, "%%%x%%"), "n-%a%");
     EXPECT_EQ(incrementingCounter("n-9", 1, 1, "plain"), "n-plain");
     EXPECT_EQ(incrementingCounter("n", 1, 1, "100%%"), "n-100%");
     // The delimiter is syntax: "." matches any character, and "t09" is no number.
