@@ -339,6 +339,7 @@ void EditorWindow::reloadFromDisk(OpenedDocument opened) {
     binary_ = opened.binary;
     fileUnread_ = false;
     loadProblems_ = std::move(opened.problems);
+    reportLoadProblems();
     const OverlayGen& read = *opened.document;
     editing_->replace({read.size(), read.backgroundColor(), read.ratios()});
     refresh();

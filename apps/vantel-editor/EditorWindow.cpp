@@ -7,6 +7,7 @@
 #include <VantelPreview/PreviewProvider.hpp>
 
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
 namespace vantel::editor {
@@ -140,6 +141,7 @@ void EditorWindow::take(OpenedDocument opened) {
     binary_ = opened.binary;
     diskBytes_ = std::move(opened.bytes);
     loadProblems_ = std::move(opened.problems);
+    reportLoadProblems();
     std::shared_ptr<OverlayGen> document =
         opened.document ? std::move(opened.document) : readDocumentFile({}).document;
     editing_ = std::make_unique<GuideEditing>(document);
@@ -217,9 +219,16 @@ void EditorWindow::updateProblems() {
     gtk_widget_set_visible(problemBar_, !lines.empty());
 }
 
+// Said on standard error too, for someone who started the editor from a
+// terminal: the same lines `vantel validate` prints.
 void EditorWindow::notice(std::string line) {
+    if (!line.empty()) std::fprintf(stderr, "%s\n", line.c_str());
     notice_ = std::move(line);
     updateProblems();
+}
+
+void EditorWindow::reportLoadProblems() {
+    for (const std::string& line : loadProblems_) std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 // The selected guide's outline on the canvas, exact and in whole pixels, as

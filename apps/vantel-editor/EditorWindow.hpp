@@ -49,6 +49,7 @@ private:
     void updateProblems();
     void updateSelection();
     void notice(std::string line);
+    void reportLoadProblems();
     std::string name() const;
 
     void save();
