@@ -63,13 +63,16 @@ fuzz: deps
 	  -dict=fuzz/plist.dict -max_len=16384 -timeout=30 -rss_limit_mb=2048 \
 	  -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/findings/
 
-# The command, the MIME type and the thumbnailer under ~/.local, for one user.
+# The command, the MIME type, the thumbnailer and the two windows under
+# ~/.local, for one user; a double-click on a document opens the editor.
 # The install compiles the MIME database itself unless configured with
 # VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it here too makes sure.
 install-user: build
 	@cmake --install $(BUILD) --prefix $(HOME)/.local
 	@update-mime-database $(HOME)/.local/share/mime
 	@! command -v update-desktop-database >/dev/null || update-desktop-database $(HOME)/.local/share/applications
+	@[ ! -f $(HOME)/.local/share/applications/vantel-editor.desktop ] || ! command -v xdg-mime >/dev/null || \
+	  xdg-mime default vantel-editor.desktop application/x-vantel-aspect-ratio
 
 clean:
 	@rm -rf $(BUILD) build-sanitize build-tsan $(FUZZ_BUILD) *.configure.log
