@@ -145,6 +145,7 @@ void EditorWindow::take(OpenedDocument opened) {
     std::shared_ptr<OverlayGen> document =
         opened.document ? std::move(opened.document) : readDocumentFile({}).document;
     editing_ = std::make_unique<GuideEditing>(document);
+    if (!document->ratios().empty()) editing_->select(document->ratios().front().id);
     reply_ = PreviewProvider::previewReply(document);
     panels_ = std::make_unique<GuidePanels>(*editing_, [this] { updateSelection(); });
     GtkWidget* scroller = gtk_scrolled_window_new();
