@@ -3,6 +3,7 @@
 #include "CanvasPicture.hpp"
 #include "DocumentFile.hpp"
 #include "PixelRect.hpp"
+#include "Timing.hpp"
 
 #include <VantelPreview/PreviewProvider.hpp>
 
@@ -132,6 +133,7 @@ void EditorWindow::buildWidgets(GtkApplication* application) {
     gtk_paned_set_shrink_start_child(GTK_PANED(paned), FALSE);
     gtk_window_set_child(GTK_WINDOW(window_), paned);
     g_signal_connect(window_, "close-request", G_CALLBACK(closeRequest), this);
+    preview::timeFrames(window_);
 }
 
 // The document comes with the panels that show it; a file that is not a
@@ -176,6 +178,7 @@ void EditorWindow::forget() {
 
 void EditorWindow::scheduleRefresh() {
     if (pendingRefresh_) return;
+    preview::markStage("edit-announced");
     pendingRefresh_ = g_idle_add_full(
         G_PRIORITY_HIGH_IDLE,
         [](gpointer self) {
@@ -203,6 +206,7 @@ void EditorWindow::refresh() {
         gtk_widget_set_size_request(canvas_, int(std::ceil(canvas.width)), int(std::ceil(canvas.height)));
     }
     gtk_widget_queue_draw(canvas_);
+    preview::markStage("refreshed");
 }
 
 std::string EditorWindow::name() const { return file_ ? file_->filename().string() : "Untitled"; }
@@ -248,7 +252,9 @@ void EditorWindow::updateSelection() {
 void EditorWindow::draw(cairo_t* cairo, int width, int height) const {
     // A document that cannot be drawn shows its problems, not a picture.
     if (!reply_ || !problems_.empty()) return;
-    preview::drawPicture(cairo, *reply_, preview::pictureFrame(reply_->contextSize, width, height, actualSize_));
+    if (preview::drawPicture(cairo, *reply_, preview::pictureFrame(reply_->contextSize, width, height, actualSize_))) {
+        preview::notePictureDrawn();
+    }
     drawSelection(cairo, width, height);
 }
 

@@ -5,6 +5,7 @@
 #include "EditorWindow.hpp"
 
 #include "GtkStartup.hpp"
+#include "Timing.hpp"
 
 #include <cstdio>
 #include <optional>
@@ -61,12 +62,16 @@ Arguments readArguments(int argc, char** argv) {
 
 void activate(GtkApplication* application, gpointer file) {
     auto* path = static_cast<std::optional<std::filesystem::path>*>(file);
+    vantel::preview::markStage("gtk-started");
     vantel::editor::EditorWindow::open(application, *path);
+    vantel::preview::markStage("document-read");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    vantel::preview::startTiming("vantel-editor", "VANTEL_EDITOR_TIMING");
+    vantel::preview::markStage("main");
     Arguments arguments = readArguments(argc, argv);
     if (!arguments.run) return arguments.status;
     vantel::preview::preferCairoRendering();

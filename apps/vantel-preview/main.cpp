@@ -73,6 +73,7 @@ void activate(GtkApplication* application, gpointer data) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    vantel::preview::startTiming("vantel-preview", "VANTEL_PREVIEW_TIMING");
     vantel::preview::markStage("main");
     Arguments arguments = readArguments(argc, argv);
     if (!arguments.file) return arguments.status;
