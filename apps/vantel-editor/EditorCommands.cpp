@@ -289,7 +289,10 @@ void EditorWindow::askBeforeClosing() {
 }
 
 void EditorWindow::watchFile() {
-    if (monitor_) g_object_unref(monitor_);
+    if (monitor_) {
+        g_signal_handlers_disconnect_by_data(monitor_, this);
+        g_object_unref(monitor_);
+    }
     monitor_ = nullptr;
     if (!file_) return;
     GFile* watched = g_file_new_for_path(file_->c_str());

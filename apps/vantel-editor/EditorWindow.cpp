@@ -81,7 +81,10 @@ EditorWindow::~EditorWindow() {
     forget();
     if (pendingRefresh_) g_source_remove(pendingRefresh_);
     if (pendingReload_) g_source_remove(pendingReload_);
-    if (monitor_) g_object_unref(monitor_);
+    if (monitor_) {
+        g_signal_handlers_disconnect_by_data(monitor_, this);
+        g_object_unref(monitor_);
+    }
 }
 
 void EditorWindow::buildWidgets(GtkApplication* application) {

@@ -122,6 +122,21 @@ def design(folder):
     return designed
 
 
+# A document read as a binary property list is saved as one.
+def keeps_binary(designed):
+    path = designed.replace("designed", "binary")
+    with open(designed, "rb") as xml, open(path, "wb") as binary:
+        plistlib.dump(plistlib.load(xml), binary, fmt=plistlib.FMT_BINARY)
+    process, window = start(path, black)
+    try:
+        keys(window, "Insert", "ctrl+s")
+        wait_for("the binary save", lambda: len(info(path)["guides"]) == 2, 3)
+    finally:
+        process.kill()
+    with open(path, "rb") as saved:
+        assert saved.read(6) == b"bplist", "a binary document was saved as XML"
+
+
 # Last, in a window of its own: under Xvfb without a window manager the
 # keyboard focus goes to the root window when the file chooser closes, and
 # GTK gets no more keys.
@@ -184,7 +199,9 @@ def bad_documents(folder):
 
 folder = tempfile.mkdtemp()
 try:
-    exports_as_render(design(folder))
+    designed = design(folder)
+    keeps_binary(designed)
+    exports_as_render(designed)
     bad_documents(folder)
 finally:
     shutil.rmtree(folder)
