@@ -50,6 +50,21 @@ std::vector<std::string> documentProblems(const OverlayGen& document, const std:
     return namedLines(problems, name);
 }
 
+std::shared_ptr<const OverlayGen> drawableParts(const OverlayGen& document) {
+    std::vector<DocumentProblem> problems = checkDocument(document);
+    std::vector<AspectRatio> kept;
+    for (std::size_t index = 0; index < document.ratios().size(); ++index) {
+        const std::string guide = "ratios[" + std::to_string(index) + "]";
+        bool bad = std::ranges::any_of(problems, [&](const DocumentProblem& problem) {
+            return problem.path == guide || problem.path.starts_with(guide + ".");
+        });
+        if (!bad) kept.push_back(document.ratios()[index]);
+    }
+    auto parts = std::make_shared<OverlayGen>(document.size(), document.backgroundColor(), std::move(kept));
+    if (!checkDocument(*parts).empty() || !checkDrawingCost(*parts, parts->size().cg()).empty()) return nullptr;
+    return parts;
+}
+
 Data encodedDocument(const OverlayGen& document, bool binary) { return cli::encodeNewDocument(document, binary); }
 
 }  // namespace vantel::editor

@@ -28,6 +28,10 @@ OpenedDocument readDocumentFile(const std::filesystem::path& file);
 // Why the document cannot be drawn, one line each naming `name`; empty when it can.
 std::vector<std::string> documentProblems(const OverlayGen& document, const std::string& name);
 
+// What of a document that cannot be drawn can be: its canvas with the
+// top-level guides that have no problems. None when even that cannot.
+std::shared_ptr<const OverlayGen> drawableParts(const OverlayGen& document);
+
 // The property list, binary or XML; throws what encoding throws.
 Data encodedDocument(const OverlayGen& document, bool binary);
 

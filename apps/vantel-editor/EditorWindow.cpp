@@ -194,6 +194,10 @@ void EditorWindow::scheduleRefresh() {
 
 void EditorWindow::refresh() {
     problems_ = documentProblems(*editing_->document(), name());
+    partsReply_.reset();
+    if (!problems_.empty()) {
+        if (auto parts = drawableParts(*editing_->document())) partsReply_ = PreviewProvider::previewReply(parts);
+    }
     panels_->refresh();
     updateTitle();
     updateProblems();
@@ -252,9 +256,17 @@ void EditorWindow::updateSelection() {
     gtk_widget_queue_draw(canvas_);
 }
 
+// A document that cannot be drawn shows its problems over the parts that
+// can be: the canvas and the guides without problems.
 void EditorWindow::draw(cairo_t* cairo, int width, int height) const {
-    // A document that cannot be drawn shows its problems, not a picture.
-    if (!reply_ || !problems_.empty()) return;
+    if (!problems_.empty()) {
+        if (partsReply_) {
+            preview::drawPicture(cairo, *partsReply_,
+                                 preview::pictureFrame(partsReply_->contextSize, width, height, actualSize_));
+        }
+        return;
+    }
+    if (!reply_) return;
     if (preview::drawPicture(cairo, *reply_, preview::pictureFrame(reply_->contextSize, width, height, actualSize_))) {
         preview::notePictureDrawn();
     }

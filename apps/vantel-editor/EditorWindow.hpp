@@ -80,6 +80,7 @@ private:
     std::unique_ptr<GuideEditing> editing_;
     std::unique_ptr<GuidePanels> panels_;
     std::optional<QLPreviewReply> reply_;
+    std::optional<QLPreviewReply> partsReply_;  // while the document cannot be drawn
     std::vector<std::string> loadProblems_;  // of the file as read
     std::vector<std::string> problems_;      // of the document as it stands
     std::string notice_;                     // the outcome of the last command, when it failed

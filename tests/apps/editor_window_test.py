@@ -169,13 +169,15 @@ def changed_on_disk(path, window):
     assert xdotool("getwindowname", window).startswith("frames"), "a reload is no unsaved change"
 
 
-def refuses(folder, name, contents):
+def refuses(folder, name, contents, still_shows=None):
     path = os.path.join(folder, name)
     with open(path, "wb") as out:
         out.write(contents)
     checked = subprocess.run([vantel, "validate", path], capture_output=True, text=True)
     process, window = start(path, problem_bar, 0.005)
     try:
+        if still_shows:
+            wait_for(f"the drawable part of {name}", lambda: share_of(window, still_shows) > 0.005, 3)
         keys(window, "ctrl+s")
         time.sleep(0.5)
         assert process.poll() is None, f"the editor ended on {name}"
@@ -192,8 +194,11 @@ def refuses(folder, name, contents):
 def bad_documents(folder):
     guide = {"id": "9B0A6A5E-3F1C-4E8A-9D8C-2A1B3C4D5E6F", "width": 16.0, "height": 0.0, "weight": 2.0,
              "color": {"red": 1.0, "green": 0.0, "blue": 0.0, "alpha": 1.0}}
-    undrawable = {"size": {"width": 1920.0, "height": 1080.0, "margin": 0.0}, "ratios": [guide]}
-    refuses(folder, "undrawable.aspectratio", plistlib.dumps(undrawable))
+    drawable = dict(guide, id="1C2D3E4F-5A6B-4C7D-8E9F-0A1B2C3D4E5F", height=9.0, weight=30.0,
+                    color={"red": 0.0, "green": 1.0, "blue": 0.0, "alpha": 1.0})
+    undrawable = {"size": {"width": 1920.0, "height": 1080.0, "margin": 0.0}, "ratios": [guide, drawable]}
+    green = lambda r, g, b: g > 200 and r < 40 and b < 40  # noqa: E731
+    refuses(folder, "undrawable.aspectratio", plistlib.dumps(undrawable), green)
     refuses(folder, "unreadable.aspectratio", b"<plist><dict><key>size</key>")
 
 
