@@ -68,8 +68,8 @@ fuzz: deps
 	  -dict=fuzz/plist.dict -max_len=16384 -timeout=30 -rss_limit_mb=2048 \
 	  -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/findings/
 
-# The programs (stripped), the MIME type, the thumbnailer, the desktop files,
-# manual pages and completions under ~/.local, for one user: everything a
+# The programs (stripped), the MIME type, the thumbnailer, the desktop files (a double-click on a
+# document opens the editor), manual pages and completions under ~/.local, for one user: everything a
 # plain `cmake --install` installs. The install compiles the MIME database
 # itself unless configured with VANTEL_UPDATE_MIME_DATABASE=OFF; compiling it
 # here too makes sure.
@@ -77,6 +77,8 @@ install-user: build
 	@cmake --install $(BUILD) --prefix $(HOME)/.local --strip
 	@update-mime-database $(HOME)/.local/share/mime
 	@! command -v update-desktop-database >/dev/null || update-desktop-database $(HOME)/.local/share/applications
+	@[ ! -f $(HOME)/.local/share/applications/vantel-editor.desktop ] || ! command -v xdg-mime >/dev/null || \
+	  xdg-mime default vantel-editor.desktop application/x-vantel-aspect-ratio
 
 # The same and the SDK: static libraries (without debug information, as
 # Debian ships them), headers, the CMake package, vantel.pc.

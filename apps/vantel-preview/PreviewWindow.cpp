@@ -1,9 +1,9 @@
 #include "PreviewWindow.hpp"
 
+#include "CanvasPicture.hpp"
 #include "FolderOrder.hpp"
 #include "Timing.hpp"
 
-#include <CoreGraphicsRendering/CairoContext.hpp>
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
 #include <FramingDecisions/FDLReading.hpp>
 #include <FramingDecisions/FrameLineChart.hpp>
@@ -26,43 +26,7 @@ namespace {
 // this long after the last change reads it once, whole, and still redraws
 // well within half a second.
 constexpr guint reloadDelayMilliseconds = 80;
-constexpr double checkerSquare = 8;
 constexpr double largestScreenShare = 0.8;
-
-// One tile of two squares across and down, repeated: a single paint however
-// large the window, where drawing every square made each frame of a resize
-// cost thousands of rectangles.
-cairo_pattern_t* checkerPattern() {
-    int side = int(2 * checkerSquare);
-    cairo_surface_t* tile = cairo_image_surface_create(CAIRO_FORMAT_RGB24, side, side);
-    cairo_t* cairo = cairo_create(tile);
-    cairo_set_source_rgb(cairo, 0.8, 0.8, 0.8);
-    cairo_paint(cairo);
-    cairo_set_source_rgb(cairo, 0.6, 0.6, 0.6);
-    cairo_rectangle(cairo, checkerSquare, 0, checkerSquare, checkerSquare);
-    cairo_rectangle(cairo, 0, checkerSquare, checkerSquare, checkerSquare);
-    cairo_fill(cairo);
-    cairo_destroy(cairo);
-    cairo_pattern_t* pattern = cairo_pattern_create_for_surface(tile);
-    cairo_surface_destroy(tile);
-    cairo_pattern_set_extend(pattern, CAIRO_EXTEND_REPEAT);
-    cairo_pattern_set_filter(pattern, CAIRO_FILTER_NEAREST);
-    return pattern;
-}
-
-void paintCheckerboard(cairo_t* cairo, double x, double y, double width, double height) {
-    static cairo_pattern_t* const checker = checkerPattern();
-    cairo_save(cairo);
-    cairo_rectangle(cairo, x, y, width, height);
-    cairo_clip(cairo);
-    cairo_matrix_t atCorner;
-    cairo_matrix_init_translate(&atCorner, -x, -y);
-    cairo_pattern_set_matrix(checker, &atCorner);
-    cairo_set_source(cairo, checker);
-    cairo_paint(cairo);
-    cairo_restore(cairo);
-}
-
 GdkRectangle screenArea(GtkWidget* widget) {
     GListModel* monitors = gdk_display_get_monitors(gtk_widget_get_display(widget));
     GdkRectangle area{0, 0, 1280, 800};
@@ -322,31 +286,9 @@ bool PreviewWindow::handleKey(guint keyval, GdkModifierType state) {
 
 void PreviewWindow::draw(cairo_t* cairo, int width, int height) const {
     if (!reply_) return;
-    CGSize page = reply_->contextSize;
-    double scale = actualSize_ ? 1.0 : std::min(width / page.width, height / page.height);
-    double x = (width - page.width * scale) / 2;
-    double y = (height - page.height * scale) / 2;
-    paintCheckerboard(cairo, x, y, page.width * scale, page.height * scale);
-    cairo_save(cairo);
-    // The picture goes into a group of its own, laid over the checkerboard:
-    // a guide that clears what is beneath it must uncover the checkerboard,
-    // not erase it down to the window's background.
-    cairo_rectangle(cairo, x, y, page.width * scale, page.height * scale);
-    cairo_clip(cairo);
-    cairo_push_group(cairo);
-    CairoContext context(cairo);
-    context.translateCTM(x, y);
-    context.scaleCTM(scale, scale);
-    try {
-        reply_->draw(context);
-        notePictureDrawn();
-    } catch (const std::exception&) {
-        // A document that passed the checks and still fails to draw leaves
-        // the checkerboard; the next save gets another chance.
-    }
-    cairo_pop_group_to_source(cairo);
-    cairo_paint(cairo);
-    cairo_restore(cairo);
+    // A document that passed the checks and still fails to draw leaves the
+    // checkerboard; the next save gets another chance.
+    if (drawPicture(cairo, *reply_, pictureFrame(reply_->contextSize, width, height, actualSize_))) notePictureDrawn();
 }
 
 void PreviewWindow::drawCallback(GtkDrawingArea*, cairo_t* cairo, int width, int height, gpointer self) {

@@ -13,7 +13,8 @@ using Clock = std::chrono::steady_clock;
 
 // Taken while statics are set up, just before main runs.
 const Clock::time_point processStart = Clock::now();
-const bool timingWanted = std::getenv("VANTEL_PREVIEW_TIMING") != nullptr;
+bool timingWanted = false;
+const char* programName = "";
 
 struct FrameState {
     Clock::time_point frameStart;
@@ -41,9 +42,10 @@ void beforePaint(GdkFrameClock*, gpointer) {
 }
 
 void afterPaint(GdkFrameClock*, gpointer widget) {
-    std::fprintf(stderr, "vantel-preview: timing: frame %dx%d %.2f cpu %.2f\n", gtk_widget_get_width(GTK_WIDGET(widget)),
-                 gtk_widget_get_height(GTK_WIDGET(widget)), millisecondsSince(frames.frameStart),
-                 processorMilliseconds() - frames.frameStartProcessor);
+    std::fprintf(stderr, "%s: timing: frame %dx%d %.2f cpu %.2f at %.2f\n", programName,
+                 gtk_widget_get_width(GTK_WIDGET(widget)), gtk_widget_get_height(GTK_WIDGET(widget)),
+                 millisecondsSince(frames.frameStart), processorMilliseconds() - frames.frameStartProcessor,
+                 millisecondsSince(processStart));
     if (frames.pictureDrawn && !frames.firstFrameMarked) {
         frames.firstFrameMarked = true;
         markStage("first-frame");
@@ -59,9 +61,14 @@ void connectFrameClock(GtkWidget* widget, gpointer) {
 
 }  // namespace
 
+void startTiming(const char* program, const char* variable) {
+    programName = program;
+    timingWanted = std::getenv(variable) != nullptr;
+}
+
 void markStage(const char* stage) {
     if (!timingWanted) return;
-    std::fprintf(stderr, "vantel-preview: timing: %s %.1f cpu %.1f\n", stage, millisecondsSince(processStart),
+    std::fprintf(stderr, "%s: timing: %s %.1f cpu %.1f\n", programName, stage, millisecondsSince(processStart),
                  processorMilliseconds());
 }
 

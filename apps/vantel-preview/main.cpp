@@ -2,10 +2,9 @@
 // separate program from `vantel`, so that the thumbnailer stays small and
 // static while this one links GTK.
 
+#include "GtkStartup.hpp"
 #include "PreviewWindow.hpp"
 #include "Timing.hpp"
-
-#include <Platform/URL.hpp>
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,35 +20,6 @@ struct Launch {
     std::filesystem::path file;
     std::unique_ptr<vantel::preview::PreviewWindow> window;
 };
-
-// Desktop launchers pass a file URI (%u) or a path (%f).
-std::filesystem::path documentPath(const std::string& argument) {
-    if (argument.starts_with("file:")) {
-        if (std::optional<vantel::URL> url = vantel::URL::fromString(argument)) return url->path();
-    }
-    return argument;
-}
-
-// The picture is one cairo drawing. GTK's cairo renderer puts it straight
-// into the window; its GL renderers would first load the GL driver (with
-// software GL, Mesa and LLVM: hundreds of milliseconds of processor time)
-// only to upload the same drawing as a texture. GDK also loads the driver at
-// start-up to choose a visual, hence both variables. Set by hand, they win.
-void preferCairoRendering() {
-    if (std::getenv("GSK_RENDERER") || std::getenv("GDK_DEBUG")) return;
-    g_setenv("GSK_RENDERER", "cairo", FALSE);
-    g_setenv("GDK_DEBUG", "gl-disable", FALSE);
-}
-
-// Without a session bus no assistive technology can be listening, and GTK's
-// accessibility would try to start a bus (a child process) only to warn.
-void skipAccessibilityWithoutBus() {
-    if (std::getenv("DBUS_SESSION_BUS_ADDRESS")) return;
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    std::error_code error;
-    if (runtime && std::filesystem::exists(std::filesystem::path(runtime) / "bus", error)) return;
-    g_setenv("GTK_A11Y", "none", FALSE);
-}
 
 const char* const helpText =
     "vantel-preview: show an overlay document in a window\n"
@@ -103,12 +73,13 @@ void activate(GtkApplication* application, gpointer data) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    vantel::preview::startTiming("vantel-preview", "VANTEL_PREVIEW_TIMING");
     vantel::preview::markStage("main");
     Arguments arguments = readArguments(argc, argv);
     if (!arguments.file) return arguments.status;
-    preferCairoRendering();
-    skipAccessibilityWithoutBus();
-    Launch launch{documentPath(*arguments.file), nullptr};
+    vantel::preview::preferCairoRendering();
+    vantel::preview::skipAccessibilityWithoutBus();
+    Launch launch{vantel::preview::documentPath(*arguments.file), nullptr};
     GtkApplication* application = gtk_application_new("org.vantel.Preview", G_APPLICATION_NON_UNIQUE);
     g_signal_connect(application, "activate", G_CALLBACK(activate), &launch);
     char* programOnly[] = {argv[0], nullptr};

@@ -4,6 +4,7 @@
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
 #include "FDLCommands.hpp"
+#include "PixelRect.hpp"
 
 #include <Platform/JSON.hpp>
 #include <Platform/NumberText.hpp>
@@ -20,9 +21,6 @@
 namespace vantel::cli {
 
 namespace {
-
-// Laid-out sizes to two decimals: enough to place a guide, short enough to read.
-std::string pixelsText(double value) { return numberText(std::round(value * 100) / 100); }
 
 // How colours are written: by default hex with the alpha beside it when not
 // opaque; with --colors, every colour in the form asked for.
@@ -120,12 +118,6 @@ void encodeRect(KeyedEncodingContainer& container, const CGRect& rect, std::stri
     fields.encode(rect.y, "y");
     fields.encode(rect.width, "width");
     fields.encode(rect.height, "height");
-}
-
-// Whole pixels: each edge rounded, so that neighbouring boxes share edges.
-CGRect snapped(const CGRect& rect) {
-    double left = std::round(rect.x), top = std::round(rect.y);
-    return {left, top, std::round(rect.x + rect.width) - left, std::round(rect.y + rect.height) - top};
 }
 
 void encodeGrid(KeyedEncodingContainer& container, const GridType& grid, std::string_view key) {

@@ -60,8 +60,10 @@ std::vector<AspectRatio> presetGuides(Preset preset) {
     return {};
 }
 
-OverlayGen newDocument(Preset preset) {
-    return OverlayGen(1920, 1080, 40, Color::black(), presetGuides(preset));
+OverlayGen newDocument(Preset preset) { return newDocument(presetGuides(preset)); }
+
+OverlayGen newDocument(std::vector<AspectRatio> guides) {
+    return OverlayGen(1920, 1080, 40, Color::black(), std::move(guides));
 }
 
 Data encodeNewDocument(const OverlayGen& document, bool binary) {

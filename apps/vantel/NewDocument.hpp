@@ -23,8 +23,9 @@ const std::vector<std::string>& presetNames();
 // The preset's guides with fresh ids and palette colours.
 std::vector<AspectRatio> presetGuides(Preset preset);
 
-// A new document on the usual canvas.
+// A new document on the usual canvas, with a preset's guides or the ones given.
 OverlayGen newDocument(Preset preset);
+OverlayGen newDocument(std::vector<AspectRatio> guides);
 
 // The property-list form (XML, or binary when asked); decoding it gives an
 // equal document.

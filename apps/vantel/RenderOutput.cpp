@@ -1,19 +1,13 @@
 #include "RenderOutput.hpp"
 
+#include "DocumentEncoding.hpp"
 #include "DocumentLoading.hpp"
 #include "FDLDrawing.hpp"
 #include "OverlayAsFDL.hpp"
 
-#include <CoreGraphicsRendering/CairoContext.hpp>
-#include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/RenderError.hpp>
-#include <CoreGraphicsRendering/SVGDocument.hpp>
 #include <Platform/FileIO.hpp>
-#include <VantelPreview/PreviewProvider.hpp>
-
-#include <Graphics2/Size.hpp>
-#include <VantelPreview/QLPreviewReply.hpp>
 
 #include <memory>
 #include <new>
@@ -34,66 +28,6 @@ std::string renderErrorText(const RenderError& error) {
 }
 
 RenderOutcome failure(ExitCode code, std::string line) { return {code, {std::move(line)}}; }
-
-
-
-}  // namespace
-
-namespace {
-
-// The preview's vector reply for the document, drawn on a page of the size
-// asked for (a PDF page, or the SVG picture).
-PDFPage pageOf(const std::shared_ptr<const OverlayGen>& document, const SizeRequest& size) {
-    auto reply = std::make_shared<QLPreviewReply>(PreviewProvider::previewReply(document));
-    CGSize canvas = reply->contextSize;
-    CGSize page = outputSize(canvas, size);
-    return {page, [reply, canvas, page](CGContext& context) {
-                context.scaleCTM(page.width / canvas.width, page.height / canvas.height);
-                reply->draw(context);
-            }};
-}
-
-// The document's drawing scaled as a whole to another size: a sketch of its
-// own, so that the renderer draws it as any sketch (on every core when large).
-class ScaledDocument final : public Sketch {
-public:
-    ScaledDocument(const OverlayGen& document, CGSize pixels) : document_(document), pixels_(pixels) {}
-
-    Size size() const override { return Size(pixels_.width, pixels_.height, 0); }
-    Drawable body() const override {
-        CGSize canvas = document_.size().cg();
-        return Drawable(Scaled{document_.body(), pixels_.width / canvas.width, pixels_.height / canvas.height});
-    }
-
-private:
-    struct Scaled {
-        Drawable body;
-        double sx, sy;
-        void draw(CGContext& context) const {
-            context.scaleCTM(sx, sy);
-            body.draw(context);
-        }
-    };
-
-    const OverlayGen& document_;
-    CGSize pixels_;
-};
-
-Data encodeSketch(const Sketch& sketch, NSBitmapImageFileType type, const std::optional<Color>& flatten) {
-    CoreGraphicsRenderer renderer(sketch);
-    if (flatten) {
-        // A renderer made from a sketch draws into a cairo bitmap of its own.
-        dynamic_cast<CairoContext&>(renderer.context()).paintBehind(flatten->red, flatten->green, flatten->blue);
-    }
-    return renderer.render(type);
-}
-
-Data encodeBitmap(const OverlayGen& document, NSBitmapImageFileType type, const DrawingChoices& choices) {
-    CGSize pixels = outputSize(document.size().cg(), choices.size);
-    if (pixels == document.size().cg()) return encodeSketch(document, type, choices.flatten);
-    ScaledDocument scaled(document, pixels);
-    return encodeSketch(scaled, type, choices.flatten);
-}
 
 // Encodes with `encode`, turning what it throws into the file's lines.
 template <typename Encode>
@@ -122,24 +56,6 @@ RenderOutcome encodeAndWrite(const std::string& name, const std::filesystem::pat
 
 }  // namespace
 
-Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
-                    const DrawingChoices& choices) {
-    struct Encode {
-        const std::shared_ptr<const OverlayGen>& document;
-        const DrawingChoices& choices;
-        Data operator()(const BitmapOutput& bitmap) const { return encodeBitmap(*document, bitmap.type, choices); }
-        Data operator()(const PDFOutput&) const { return drawPDF({pageOf(document, choices.size)}); }
-        Data operator()(const SVGOutput&) const {
-            PDFPage page = pageOf(document, choices.size);
-            return drawSVG(page.size, page.draw);
-        }
-        Data operator()(const FDLOutput&) const {
-            return encodeOverlayDecisionList(*document, outputSize(document->size().cg(), choices.size));
-        }
-    };
-    return std::visit(Encode{document, choices}, format.kind);
-}
-
 RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, const std::filesystem::path& output,
                              const DrawingChoices& choices) {
     std::vector<PDFPage> pages;
@@ -160,7 +76,7 @@ RenderOutcome renderPDFPages(const std::vector<std::filesystem::path>& inputs, c
             outcome.problems.insert(outcome.problems.end(), loaded.problems.begin(), loaded.problems.end());
             continue;
         }
-        pages.push_back(pageOf(std::move(loaded.document), choices.size));
+        pages.push_back(documentPage(std::move(loaded.document), choices.size));
     }
     if (!outcome.ok()) return outcome;
     return encodeAndWrite(output.string(), output, [&] { return drawPDF(pages); });
@@ -180,7 +96,7 @@ RenderOutcome renderFile(const std::filesystem::path& input, const std::filesyst
     }
     MemoryBudget::Reservation held;
     if (choices.memory) held = choices.memory->reserve(outputMemory(format, size));
-    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices); });
+    return encodeAndWrite(source.name(), output, [&] { return encodeDocument(loaded.document, format, choices.size, choices.flatten); });
 }
 
 RenderOutcome writeEncoded(const std::string& name, const std::filesystem::path& output,

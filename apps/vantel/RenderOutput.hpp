@@ -45,11 +45,6 @@ struct RenderOutcome {
     bool ok() const { return code == ExitCode::ok; }
 };
 
-// The whole file in memory: a bitmap image, or a one-page vector PDF of the
-// canvas, drawn as chosen. Throws RenderError or std::bad_alloc.
-Data encodeDocument(const std::shared_ptr<const OverlayGen>& document, const OutputFormat& format,
-                    const DrawingChoices& choices = {});
-
 // Several documents as one PDF, a page each in order, each page its own
 // canvas's size (or the size asked for). Every document is read and checked
 // before anything is written; a bad one fails the whole file. Never throws.
