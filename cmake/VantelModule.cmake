@@ -14,6 +14,9 @@ function(vantel_module name)
     return()
   endif()
   add_library(${name} STATIC ${sources})
+  # Position-independent, so that a plugin (Dolphin's thumbnailer) and SDK
+  # users' shared libraries can link the archives too.
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

@@ -29,6 +29,9 @@ packages=(
   # end-to-end thumbnailer tests: a real consumer (tumblerd on a private
   # session bus), MIME lookup, GNOME's sandbox
   tumbler dbus-daemon dbus-bin libglib2.0-bin shared-mime-info bubblewrap
+  # Dolphin's thumbnail plugin: KDE Frameworks 5's KIO headers (Qt 5 comes
+  # along), and KIO's thumbnail worker that the test's PreviewJob runs it in
+  libkf5kio-dev kio-extras
   # the SDK test: Inkscape reads the layers of the plotter example's SVG
   inkscape
   # SVG output is checked against real consumers: librsvg (above), Chromium,

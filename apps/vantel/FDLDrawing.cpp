@@ -7,9 +7,7 @@
 #include <CoreGraphicsRendering/SVGDocument.hpp>
 #include <FramingDecisions/FDLReading.hpp>
 #include <Graphics2/SketchDrawing.hpp>
-#include <VantelPreview/PreviewProvider.hpp>
 #include <Platform/Fatal.hpp>
-#include <VantelPreview/Thumbnail.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -76,16 +74,6 @@ Data encodeChart(const FDLCanvas& canvas, const OutputFormat& format, CGSize siz
     return std::visit(Encode{canvas, size, choices}, format.kind);
 }
 
-Data thumbnailOf(const FDLCanvas& canvas, int maxSide, const std::optional<Color>& background,
-                 const std::optional<Color>& flatten) {
-    ThumbnailSize pixels = thumbnailSize(chartSize(canvas, false), maxSide);
-    const CGSize size{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
-    BitmapContext bitmap =
-        drawThumbnail(PreviewProvider::sketchReply(std::make_shared<FrameLineChart>(canvas, size, background)), maxSide);
-    if (flatten) bitmap.context().paintBehind(flatten->red, flatten->green, flatten->blue);
-    return encodePNG(bitmap.image());
-}
-
 }  // namespace
 
 void addFrameLineOptions(CLI::App& command, FrameLineOptions& options) {
@@ -127,21 +115,6 @@ RenderOutcome addFramingDecisionListPage(const CommandInput& input, const Drawin
     }
     pages.push_back(chartPage(*chosen.canvas, size, choices.background));
     return {};
-}
-
-std::optional<ChartThumbnail> framingDecisionListThumbnail(const DocumentSource& source, int maxSide,
-                                                           const std::optional<Color>& background,
-                                                           const std::optional<Color>& flatten) {
-    if (!isFramingDecisionList({}, source.name())) return std::nullopt;
-    CommandInput input = readCommandInput(source);
-    if (input.unreadable) return ChartThumbnail{std::nullopt, input.unreadable->failure, input.unreadable->problems};
-    ChosenCanvas chosen = chooseCanvas(input, {});
-    if (!chosen.canvas) return ChartThumbnail{std::nullopt, ExitCode::badDocument, {chosen.problem}};
-    try {
-        return ChartThumbnail{thumbnailOf(*chosen.canvas, maxSide, background, flatten), ExitCode::ok, {}};
-    } catch (const std::exception& error) {
-        return ChartThumbnail{std::nullopt, ExitCode::badDocument, {source.name() + ": cannot draw: " + error.what()}};
-    }
 }
 
 }  // namespace vantel::cli

@@ -1,8 +1,9 @@
 #pragma once
 
-// Framing decision lists in `vantel render` and `vantel thumbnail`: a list is
-// drawn as the frame-line chart of one canvas, through the same outputs as
-// an overlay document. A list with errors is refused with its first error.
+// Framing decision lists in `vantel render`: a list is drawn as the
+// frame-line chart of one canvas, through the same outputs as an overlay
+// document. A list with errors is refused with its first error. Thumbnails
+// draw theirs in VantelPreview's FileThumbnail, shared with the KDE plugin.
 
 #include "CommandRegistry.hpp"
 #include "FDLCommands.hpp"
@@ -25,17 +26,5 @@ RenderOutcome renderFramingDecisionList(const CommandInput& input, const std::fi
 // and the lines in the outcome when it cannot be drawn.
 RenderOutcome addFramingDecisionListPage(const CommandInput& input, const DrawingChoices& choices,
                                          std::vector<PDFPage>& pages);
-
-struct ChartThumbnail {
-    std::optional<Data> png;
-    ExitCode failure = ExitCode::ok;    // when there is no picture
-    std::vector<std::string> problems;  // one line each, naming the input
-};
-
-// The thumbnail of a source named ".fdl"; nothing for any other name, which
-// the overlay path takes.
-std::optional<ChartThumbnail> framingDecisionListThumbnail(const DocumentSource& source, int maxSide,
-                                                           const std::optional<Color>& background,
-                                                           const std::optional<Color>& flatten);
 
 }  // namespace vantel::cli

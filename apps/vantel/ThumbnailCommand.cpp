@@ -1,7 +1,6 @@
-// `vantel thumbnail -s SIZE INPUT OUTPUT`: the freedesktop thumbnailer. It
-// plays the preview host: reads and checks the document, asks the preview
-// provider for the reply, supplies a bitmap of SIZE x SIZE at most, runs the
-// reply's drawing and writes the PNG.
+// `vantel thumbnail -s SIZE INPUT OUTPUT`: the freedesktop thumbnailer. The
+// picture is the library's drawFileThumbnail, the one the KDE plugin shows
+// too; this host words its failures, flattens and writes the PNG.
 //
 // How file browsers run it shapes the output: OUTPUT often has no extension
 // (always PNG); Thunar starts two runs for one output at once; tumblerd makes
@@ -13,21 +12,18 @@
 #include "CommandRegistry.hpp"
 #include "HelpFormat.hpp"
 #include "DocumentLoading.hpp"
-#include "FDLDrawing.hpp"
 #include "RenderOutput.hpp"
 
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
 #include <Platform/FileIO.hpp>
 #include <Platform/URL.hpp>
-#include <VantelPreview/PreviewProvider.hpp>
-#include <VantelPreview/Thumbnail.hpp>
+#include <VantelPreview/FileThumbnail.hpp>
 
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace vantel::cli {
 
@@ -88,20 +84,12 @@ ExitCode writeThumbnail(const Data& png, const std::filesystem::path& output) {
     return ExitCode::ok;
 }
 
-// The thumbnail as PNG data, or the line saying why there is none. The
-// provider answers for the document this command read and checked, not for
-// a second read of the file, which may have changed since.
-std::optional<Data> drawDocument(const std::string& name, std::shared_ptr<const OverlayGen> document, int size,
-                                 const std::optional<Color>& flatten, std::string& failure) {
-    try {
-        QLPreviewReply reply = PreviewProvider::previewReply(std::move(document));
-        BitmapContext bitmap = drawThumbnail(reply, size);
-        if (flatten) bitmap.context().paintBehind(flatten->red, flatten->green, flatten->blue);
-        return encodePNG(bitmap.image());
-    } catch (const std::exception& error) {
-        failure = name + ": cannot draw: " + error.what();
+ExitCode failureExit(ThumbnailFailure failure) {
+    switch (failure) {
+        case ThumbnailFailure::unreadable: return ExitCode::ioFailure;
+        case ThumbnailFailure::tooCostly: return ExitCode::badUsage;
+        default: return ExitCode::badDocument;
     }
-    return std::nullopt;
 }
 
 ExitCode runThumbnail(const ThumbnailOptions& options) {
@@ -113,36 +101,13 @@ ExitCode runThumbnail(const ThumbnailOptions& options) {
     refuseOverwritingInput(options);
     const std::optional<Color> background = chosenBackground(options.background);
     const std::optional<Color> flatten = chosenFlatten(options.flatten);
-    if (auto chart = framingDecisionListThumbnail(*source, options.size, background, flatten)) {
-        if (!chart->png) {
-            reportProblems(chart->problems);
-            return chart->failure;
-        }
-        return writeThumbnail(*chart->png, options.output);
+    FileThumbnail thumbnail = drawFileThumbnail(*source, options.size, background);
+    if (!thumbnail.ok()) {
+        for (const std::string& problem : thumbnail.problems) std::cerr << source->name() << ": " << problem << '\n';
+        return failureExit(thumbnail.failure);
     }
-    // Checked first, so that a document the libraries would refuse to draw
-    // never reaches them.
-    CommandDocument loaded = readDocument(*source, true, background);
-    if (!loaded.ok()) {
-        reportProblems(loaded.problems);
-        return loaded.failure;
-    }
-    // A thumbnail draws small, so what it costs is counted at its own size:
-    // a canvas far too large to render whole still gets one.
-    ThumbnailSize drawn = thumbnailSize(loaded.document->size().cg(), options.size);
-    std::vector<DocumentProblem> costs =
-        checkDrawingCost(*loaded.document, CGSize{double(drawn.width), double(drawn.height)});
-    if (!costs.empty()) {
-        std::cerr << source->name() << ": " << costs.front().text() << '\n';
-        return ExitCode::badUsage;
-    }
-    std::string failure;
-    std::optional<Data> png = drawDocument(source->name(), std::move(loaded.document), options.size, flatten, failure);
-    if (!png) {
-        std::cerr << failure << '\n';
-        return ExitCode::badDocument;
-    }
-    return writeThumbnail(*png, options.output);
+    if (flatten) thumbnail.bitmap->context().paintBehind(flatten->red, flatten->green, flatten->blue);
+    return writeThumbnail(encodePNG(thumbnail.bitmap->image()), options.output);
 }
 
 const char* const thumbnailFooter =
