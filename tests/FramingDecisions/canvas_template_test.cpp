@@ -67,6 +67,10 @@ TEST(CanvasTemplateTest, TheASCsResultSetsAreReproducedToAThousandthOfAPixel) {
         }
         EXPECT_EQ(made.framingDecisions.at(0).id, expected.framingDecisions.at(0).id);
         EXPECT_EQ(made.sourceCanvasID, source.id);
+
+        list.contexts[0].canvases.pop_back();
+        FramingDecisionList applied = withCanvasTemplateApplied(list, {}, list.canvasTemplates[0]);
+        EXPECT_FALSE(readFramingDecisionList(encodeFramingDecisionList(applied)).hasErrors()) << entry.path();
     }
     EXPECT_GE(sets, 8);
 }
