@@ -5,6 +5,11 @@
 // abort, crash, sanitizer report or uncaught exception after that is a bug,
 // and so is an exception out of drawing a document the check let through.
 //
+// Bytes that are a framing decision list (a JSON object with "uuid" and
+// "version") go where the command sends them instead: read and checked, and
+// only when the check passes every canvas drawn as a frame-line chart, and
+// the list written back, which must read back without an error.
+//
 // Drawing is kept small so that a canvas at the size limit does not make the
 // fuzzer allocate a gigabyte: the thumbnail, the SVG picture and the PDF page
 // are scaled into a few pixels, the full-size bitmap render runs only on
@@ -13,11 +18,16 @@
 #include <CoreGraphicsRendering/CoreGraphicsRenderer.hpp>
 #include <CoreGraphicsRendering/PDFDocument.hpp>
 #include <CoreGraphicsRendering/SVGDocument.hpp>
+#include <FramingDecisions/FDLReading.hpp>
+#include <FramingDecisions/FDLWriting.hpp>
+#include <FramingDecisions/FrameLineChart.hpp>
+#include <Graphics2/SketchDrawing.hpp>
 #include <OverlayGenerator/DocumentLoading.hpp>
 #include <VantelPreview/PreviewProvider.hpp>
 #include <VantelPreview/Thumbnail.hpp>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -91,9 +101,49 @@ void renderFullSize(const OverlayGen& document) {
     (void)renderer.render(NSBitmapImageFileType::png);
 }
 
+// Each canvas as `vantel thumbnail` draws it, and at the same small size on
+// the two vector back ends, squeezed and desqueezed.
+void drawCharts(const FramingDecisionList& list) {
+    for (const FDLContext& context : list.contexts) {
+        for (const FDLCanvas& listed : context.canvases) {
+            const FDLCanvas canvas = chosenCanvas(list, {listed.id, std::nullopt});
+            for (bool desqueeze : {false, true}) {
+                const ThumbnailSize small = thumbnailSize(chartSize(canvas, desqueeze), thumbnailSide);
+                const CGSize page{static_cast<double>(small.width), static_cast<double>(small.height)};
+                auto chart = std::make_shared<FrameLineChart>(canvas, page);
+                (void)thumbnailPNG(PreviewProvider::sketchReply(chart), thumbnailSide);
+                auto draw = [&](CGContext& target) { drawSketch(target, *chart); };
+                (void)drawSVG(page, draw);
+                (void)drawPDF(page, draw);
+            }
+        }
+    }
+}
+
+// A list that passed its check and is written back must pass it again.
+void writeBack(const FDLReadResult& read) {
+    Data written;
+    try {
+        written = encodeFramingDecisionList(*read.document, &read.json);
+    } catch (const EncodingError&) {
+        return;  // a number JSON cannot hold, refused as documented
+    }
+    if (readFramingDecisionList(written).hasErrors()) std::abort();
+}
+
+bool takenAsFramingDecisionList(const Data& bytes) {
+    if (!isFramingDecisionList(bytes, "input")) return false;
+    FDLReadResult read = readFramingDecisionList(bytes);
+    if (read.hasErrors()) return true;
+    drawCharts(*read.document);
+    writeBack(read);
+    return true;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (takenAsFramingDecisionList(Data(data, data + size))) return 0;
     LoadedDocument loaded = loadDocument(DocumentSource::bytes(Data(data, data + size), "input"));
     if (!loaded.ok()) return 0;
     const OverlayGen& document = *loaded.document;

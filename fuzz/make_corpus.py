@@ -4,8 +4,11 @@
 Small documents that between them reach every part of the format: XML and
 binary property lists, grids of each kind, nesting, colours with and without
 alpha, canvases from one pixel to the area limit, and a few documents the
-check refuses. The examples/ documents are copied in as they are.
+check refuses. The examples/ documents are copied in as they are. Then
+framing decision lists (JSON) of our own: every kind of area, user
+properties, an old version read leniently, and one the check refuses.
 """
+import json
 import plistlib
 import shutil
 from pathlib import Path
@@ -77,8 +80,46 @@ DOCUMENTS = {
 }
 
 
+def framing_list(version, decision_width=3200.0):
+    decision = {"id": "A-I", "framing_intent_id": "I", "label": "2.39",
+                "dimensions": {"width": decision_width, "height": 1338.9121},
+                "anchor_point": {"x": 320.0, "y": 410.54395},
+                "protection_dimensions": {"width": 3520.0, "height": 1472.8033},
+                "protection_anchor_point": {"x": 160.0, "y": 343.59835}, "_note": [1, "x"]}
+    canvas = {"id": "A", "source_canvas_id": "A", "label": "open gate",
+              "dimensions": {"width": 3840, "height": 2160},
+              "effective_dimensions": {"width": 3600, "height": 2000},
+              "effective_anchor_point": {"x": 120.0, "y": 80.0},
+              "photosite_dimensions": {"width": 3840, "height": 2160},
+              "physical_dimensions": {"width": 24.89, "height": 14.0},
+              "anamorphic_squeeze": 1.3, "framing_decisions": [decision]}
+    return {"uuid": "5463DBE4-EC30-4324-B8A1-67408AED40DB", "version": version, "fdl_creator": "seed",
+            "default_framing_intent": "I",
+            "framing_intents": [{"id": "I", "label": "2.39", "aspect_ratio": {"width": 239, "height": 100},
+                                 "protection": 0.1}],
+            "contexts": [{"label": "camera", "context_creator": "seed",
+                          "clip_id": {"clip_name": "A001", "sequence": {"value": "A001_###.exr", "idx": "#",
+                                                                        "min": 0, "max": 99}},
+                          "canvases": [canvas]}],
+            "canvas_templates": [{"id": "T", "target_dimensions": {"width": 1920, "height": 1080},
+                                  "target_anamorphic_squeeze": 1.0, "fit_source": "framing_decision.dimensions",
+                                  "fit_method": "fit_all", "round": {"even": "even", "mode": "up"}}],
+            "_vendor": {"take": 3}}
+
+
+LISTS = {
+    "list-2.0": framing_list({"major": 2, "minor": 0}),
+    "list-1.1": framing_list({"major": 1, "minor": 1}),
+    # Refused: a framing wider than its protection and the canvas.
+    "list-too-wide": framing_list({"major": 2, "minor": 0}, decision_width=5000.0),
+}
+
+
 def main():
     CORPUS.mkdir(exist_ok=True)
+    for name, fdl in LISTS.items():
+        with open(CORPUS / f"{name}.fdl", "w") as f:
+            json.dump(fdl, f, indent=1)
     for name, doc in DOCUMENTS.items():
         for fmt, suffix in ((plistlib.FMT_XML, "xml"), (plistlib.FMT_BINARY, "binary")):
             with open(CORPUS / f"{name}-{suffix}.aspectratio", "wb") as f:

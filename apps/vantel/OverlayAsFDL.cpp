@@ -43,9 +43,10 @@ std::string intentID(const std::string& path, std::size_t order) {
 
 // The same ratio in whole numbers, in lowest terms: 239:100 for 2.39:1,
 // 37:20 for 1.85:1. A ratio that is no short fraction gets the closest one
-// that is (a few parts in 10^10 away at most).
+// that is (a few parts in 10^10 away at most). Sides stay within 32-bit
+// integers, which every reader holds.
 FDLDimensions wholeNumberRatio(double width, double height) {
-    constexpr double largest = 9007199254740992.0;  // 2^53: every whole number up to it is exact
+    constexpr double largest = 2147483647;
     constexpr double tolerance = 1e-10;
     const double ratio = width / height;
     if (ratio >= largest) return {largest, 1};
@@ -112,9 +113,10 @@ private:
         decision.label = path;
         decision.id = canvasID + "-" + intent.id;
         decision.framingIntentID = intent.id;
-        decision.dimensions = {box.width * scaleX_, box.height * scaleY_};
-        // A guide as wide as the canvas may start a rounding error left of it.
+        // A guide as wide as the canvas may reach a rounding error past it.
         decision.anchorPoint = {std::max(0.0, box.x * scaleX_), std::max(0.0, box.y * scaleY_)};
+        decision.dimensions = {std::min(box.width * scaleX_, canvas_.dimensions.width - decision.anchorPoint.x),
+                               std::min(box.height * scaleY_, canvas_.dimensions.height - decision.anchorPoint.y)};
         intents_.push_back(std::move(intent));
         canvas_.framingDecisions.push_back(std::move(decision));
     }
