@@ -23,7 +23,7 @@ for command in $commands; do
       || fail "fish completion lacks $option"
   done
 done
-echo "$page" | grep -q "vantel render FILE -o OUT" || fail "manual lacks the render forms"
+grep -q "vantel render FILE -o OUT" <<< "$page" || fail "manual lacks the render forms"
 section() { echo "$page" | sed -n "/^$1\$/,/^[A-Z]/p"; }
 for variable in SOURCE_DATE_EPOCH TMPDIR https_proxy; do
   section ENVIRONMENT | grep -qw -- "$variable" || fail "ENVIRONMENT lacks $variable"
