@@ -64,7 +64,7 @@ mapfile -d '' words < <(exec_line_words 256 "$EXAMPLES/sample.aspectratio" "$WOR
 PATH=/usr/bin:/bin "${words[@]}" || fail "the installed thumbnailer's Exec line failed"
 check_png "$WORK/thumbnail.png" "$EXAMPLES/sample.aspectratio" 256 || fail "the installed thumbnailer's picture"
 grep -q ':\*\.aspectratio$' /usr/share/mime/globs2 || fail "the MIME database was not refreshed on install"
-if dpkg-deb -c "$deb" | grep -q 'applications/vantel-preview.desktop'; then
+if grep -q 'applications/vantel-preview.desktop' "$WORK/contents"; then
   grep -q '^application/x-vantel-aspect-ratio=vantel-preview.desktop' /usr/share/applications/mimeinfo.cache ||
     fail "the desktop database was not refreshed on install"
 fi
