@@ -24,8 +24,8 @@ for command in $commands "fdl apply"; do
       || fail "fish completion lacks $option"
   done
 done
-echo "$page" | grep -q "vantel render FILE -o OUT" || fail "manual lacks the render forms"
-echo "$page" | grep -q "vantel fdl apply SOURCE TEMPLATE -o RESULT" || fail "manual lacks fdl apply"
+grep -q "vantel render FILE -o OUT" <<< "$page" || fail "manual lacks the render forms"
+grep -q "vantel fdl apply SOURCE TEMPLATE -o RESULT" <<< "$page" || fail "manual lacks fdl apply"
 section() { echo "$page" | sed -n "/^$1\$/,/^[A-Z]/p"; }
 for variable in SOURCE_DATE_EPOCH TMPDIR https_proxy; do
   section ENVIRONMENT | grep -qw -- "$variable" || fail "ENVIRONMENT lacks $variable"
@@ -39,10 +39,12 @@ section "SEE ALSO" | grep -q "vantel-aspectratio(5)" || fail "SEE ALSO does not 
 warnings=$(MANWIDTH=80 man --warnings -l "$format_manual" 2>&1 > /dev/null)
 [ -z "$warnings" ] || fail "man warns about the format's page: $warnings"
 format_page=$(MANWIDTH=80 man -l "$format_manual" 2> /dev/null)
+# A here-string, not a pipe: grep -q quits at the first match, and the
+# writer's SIGPIPE would fail the pipeline.
 for key in $(sed -n 's/^| `\([A-Za-z_0-9]*\)` |.*/\1/p' "$source_dir/docs/format.md"); do
-  echo "$format_page" | grep -qE "^ {7}$key( |\$)" || fail "the format's page has no entry for $key"
+  grep -qE "^ {7}$key( |\$)" <<< "$format_page" || fail "the format's page has no entry for $key"
 done
-echo "$format_page" | grep -q -- "<!-- a red outline" || fail "the format's page lacks the commented example"
+grep -q -- "<!-- a red outline" <<< "$format_page" || fail "the format's page lacks the commented example"
 
 # bash: what Tab offers after the words typed so far.
 work=$(mktemp -d)
