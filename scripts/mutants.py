@@ -233,11 +233,11 @@ def main():
 
     paths = args.files or [p for module, (files, _) in SAMPLE.items() if module in (args.module or SAMPLE)
                            for p in files]
+    if args.list:  # reads only: a run under way may hold a file patched
+        print('\n'.join(describe(m) for m in chosen_mutants(args)))
+        return
     originals = Originals(paths)
     mutants = chosen_mutants(args)
-    if args.list:
-        print('\n'.join(describe(m) for m in mutants))
-        return
     if not os.path.isdir(args.build):
         sys.exit(f'no build folder {args.build}: run `make build` first')
 
