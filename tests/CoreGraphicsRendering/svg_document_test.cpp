@@ -76,7 +76,7 @@ TEST(SVGDocument, ClearsBecomeMasksOverWhatWasDrawnBefore) {
 )svg");
 }
 
-TEST(SVGDocument, ShapesWithNumbersThatAreNotFiniteAreLeftOut) {
+TEST(SVGDocument, NumbersThatAreNotFiniteLeaveShapesOutAndStopPages) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const std::string svg = svgOf({10, 10}, [nan](CGContext& context) {
         context.fillRect({nan, 0, 1, 1});
@@ -89,9 +89,6 @@ TEST(SVGDocument, ShapesWithNumbersThatAreNotFiniteAreLeftOut) {
     });
     EXPECT_EQ(svg.find("nan"), std::string::npos) << svg;
     EXPECT_NE(svg.find("#0000FF"), std::string::npos) << svg;
-}
-
-TEST(SVGDocument, EmptyOrNonFiniteSizes) {
     EXPECT_THROW(drawSVG({0, 10}, [](CGContext&) {}), RenderError);
     EXPECT_DEATH(drawSVG({INFINITY, 10}, [](CGContext&) {}), "SVG picture size is not finite");
 }

@@ -98,8 +98,14 @@ TEST(FDLReadingTest, OldVersionsAndUserPropertiesAreReadLeniently) {
     FDLReadResult old = readChanged("\"major\": 2", "\"major\": 1, \"_note\": \"x\"");
     EXPECT_FALSE(old.hasErrors()) << allProblems(old);
     EXPECT_TRUE(reports(old, FDLProblem::Severity::warning, "version"));
+    // Before 2.0 a template could preserve "none"; 2.0 leaves the member out instead.
+    const std::string noneTemplate = "\"canvas_templates\": [{\"id\": \"T1\", \"target_dimensions\": "
+                                     "{\"width\": 1920, \"height\": 1080}, \"target_anamorphic_squeeze\": 1, "
+                                     "\"fit_source\": \"framing_decision.dimensions\", \"fit_method\": \"fit_all\", "
+                                     "\"preserve_from_source_canvas\": \"none\"}], ";
     std::string oldText = sampleText();
     oldText.replace(oldText.find("\"x\": 107"), 8, "\"x\": 0, \"z\": 0");
+    oldText.replace(oldText.find("\"fdl_creator\""), 13, noneTemplate + "\"fdl_creator\"");
     oldText.replace(oldText.find("\"major\": 2"), 10, "\"major\": 1");
     FDLReadResult lenient = readFramingDecisionList(Data(oldText.begin(), oldText.end()));
     EXPECT_TRUE(reports(lenient, FDLProblem::Severity::warning, std::string(decision) + ".protection_anchor_point.z"));
@@ -110,6 +116,11 @@ TEST(FDLReadingTest, OldVersionsAndUserPropertiesAreReadLeniently) {
     EXPECT_TRUE(tagged.problems.empty()) << allProblems(tagged);
     ASSERT_EQ(tagged.document->userProperties.size(), 1u);
     EXPECT_EQ(tagged.document->userProperties[0].first, "_vendor_tag");
+    // A clip may name a file without a sequence.
+    FDLReadResult clip = readChanged("\"label\": \"ARRI", "\"clip_id\": {\"clip_name\": \"A\", \"file\": \"a.mov\"}, \"label\": \"ARRI");
+    EXPECT_TRUE(clip.problems.empty()) << allProblems(clip);
+    EXPECT_TRUE(reports(readChanged("\"fdl_creator\"", noneTemplate + "\"fdl_creator\""), FDLProblem::Severity::error,
+                        "canvas_templates[0].preserve_from_source_canvas"));
 
     FDLReadResult mismatch = readChanged("0.10012919896599999", "0.2");
     EXPECT_FALSE(mismatch.hasErrors());

@@ -36,6 +36,11 @@ TEST(DocumentCheckTest, CanvasValuesThatCannotBeDrawnAreNamed) {
     EXPECT_EQ(problemsOf(Size(nan_, 100, -1), {}),
               (std::vector<std::string>{"size.width: nan is not a finite number",
                                         "size.margin: margin -1.0 is negative"}));
+    // A value found bad is reported once, not again by the checks it would feed.
+    EXPECT_EQ(problemsOf(Size(100, inf_, 0), {}, Color(0, 0, 0, nan_)),
+              (std::vector<std::string>{"size.height: inf is not a finite number",
+                                        "backgroundColor.alpha: nan is not a finite number"}));
+    EXPECT_EQ(problemsOf(Size(-5, 100, 0), {}), (std::vector<std::string>{"size.width: canvas width -5.0 is negative"}));
     EXPECT_EQ(problemsOf(Size(0.5, 100, 0), {}),
               (std::vector<std::string>{"size: canvas 0.5 x 100.0 is smaller than one pixel"}));
     EXPECT_EQ(problemsOf(Size(40000, 10, 0), {}),

@@ -110,6 +110,9 @@ TEST(JSONTest, UnwritableValuesThrowWithTheirPath) {
     }
     EXPECT_THROW(written(CodingValue::string("\xC3")), EncodingError);
     EXPECT_THROW(written(CodingValue::string("\xED\xA0\x80")), EncodingError);  // a surrogate
+    EXPECT_THROW(written(CodingValue::string("\xE0\x9F\xBF")), EncodingError);  // overlong
+    EXPECT_THROW(written(CodingValue::string("\xF0\x8F\xBF\xBF")), EncodingError);  // overlong
+    EXPECT_NO_THROW(written(CodingValue::string("\xE0\xA0\x80\xF1\x80\x80\x80\xF0\x90\x80\x80")));
 }
 
 TEST(JSONTest, DocumentsAndNumbersRoundTrip) {

@@ -207,18 +207,6 @@ TEST(PropertyListTest, KeyedArchiveUIDsReadAsIntegers) {
     EXPECT_EQ(PropertyListDecoder().parse(plist.bytes()).asArray().at(0), CodingValue::integer(7));
 }
 
-TEST(PropertyListTest, DocumentsRoundTripThroughBothFormats) {
-    auto document = PropertyListDecoder().decode<SampleDocument>(fixture("document-xml.plist"));
-    for (auto format : {PropertyListEncoder::OutputFormat::xml, PropertyListEncoder::OutputFormat::binary}) {
-        PropertyListEncoder encoder;
-        encoder.outputFormat = format;
-        Data written = encoder.encode(document);
-        std::string head(written.begin(), written.begin() + 6);
-        EXPECT_EQ(head, format == PropertyListEncoder::OutputFormat::xml ? "<?xml " : "bplist");
-        EXPECT_EQ(PropertyListDecoder().decode<SampleDocument>(written), document);
-    }
-}
-
 TEST(PropertyListTest, EncodedValuesKeepKindsOrderAndNull) {
     CodingValue tree = CodingValue::dictionary(
         {{"z", CodingValue::integer(-9223372036854775807 - 1)},
@@ -229,7 +217,10 @@ TEST(PropertyListTest, EncodedValuesKeepKindsOrderAndNull) {
     for (auto format : {PropertyListEncoder::OutputFormat::xml, PropertyListEncoder::OutputFormat::binary}) {
         PropertyListEncoder encoder;
         encoder.outputFormat = format;
-        EXPECT_EQ(PropertyListDecoder().parse(encoder.serialize(tree)), tree);
+        Data written = encoder.serialize(tree);
+        EXPECT_EQ(std::string(written.begin(), written.begin() + 6),
+                  format == PropertyListEncoder::OutputFormat::xml ? "<?xml " : "bplist");
+        EXPECT_EQ(PropertyListDecoder().parse(written), tree);
     }
 }
 

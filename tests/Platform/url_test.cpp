@@ -29,7 +29,7 @@ TEST(URLTest, TextParsesAsFileURLOrPlainPath) {
     }
 }
 
-TEST(URLTest, ComponentsAndExtensions) {
+TEST(URLTest, ComponentsAndExtensionsAreAppendedAndDeleted) {
     URL url = URL::fileURL("/docs/a.b.png");
     EXPECT_EQ(url.lastPathComponent(), "a.b.png");
     EXPECT_EQ(url.pathExtension(), "png");
@@ -40,9 +40,7 @@ TEST(URLTest, ComponentsAndExtensions) {
     EXPECT_EQ(URL::fileURL("/docs/.profile").deletingPathExtension().path(), "/docs/.profile");
     EXPECT_EQ(URL::fileURL("/docs/README").pathExtension(), "");
     EXPECT_EQ(URL::fileURL("/").lastPathComponent(), "/");
-}
 
-TEST(URLTest, AppendingAndDeletingComponents) {
     URL folder = URL::fileURL("/docs", true);
     URL file = folder.appendingPathComponent("x.plist");
     EXPECT_EQ(file.absoluteString(), "file:///docs/x.plist");

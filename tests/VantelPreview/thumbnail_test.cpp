@@ -34,6 +34,7 @@ TEST(ThumbnailTest, SizeKeepsTheAspectWithTheLongerSideGiven) {
     EXPECT_EQ(thumbnailSize(CGSize{400, 301}, 256), (ThumbnailSize{256, 193}));  // 192.64 rounds up
     EXPECT_EQ(thumbnailSize(CGSize{3, 3}, 1024), (ThumbnailSize{1024, 1024}));   // small canvases grow
     EXPECT_EQ(thumbnailSize(CGSize{1000, 1}, 128), (ThumbnailSize{128, 1}));    // never below a pixel
+    EXPECT_EQ(thumbnailSize(CGSize{1000, 1}, 1), (ThumbnailSize{1, 1}));        // the smallest size there is
 }
 
 TEST(ThumbnailTest, EmptyContextThrowsAndNonsenseSizesStop) {

@@ -106,7 +106,7 @@ done <<'EOF'
 2.39:1 colour=red|unknown key "colour"
 16:0|bad ratio "16:0"
 wide|bad ratio "wide"
-4:3 in=2|"in=2" names no earlier guide
+4:3 in=2|"in=2" names no earlier guide; there is 1 before this one
 4:3 in=0|"in=0" names no earlier guide
 4:3 fill=#12|bad colour "fill=#12"
 4:3 grid=3|bad grid "grid=3"
