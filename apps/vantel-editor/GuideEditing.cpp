@@ -150,6 +150,21 @@ void GuideEditing::outdentGuide() {
     });
 }
 
+void GuideEditing::moveGuideAfter(const UUID& moved, const UUID& target) {
+    editGuides("", [&](std::vector<AspectRatio>& guides) {
+        std::optional<Place> from = find(guides, moved, nullptr, {});
+        if (!from || moved == target) return;
+        std::vector<AspectRatio> inside{from->guide()};
+        if (!find(guides, target, nullptr, {}) || find(inside, target, nullptr, {})) return;
+        AspectRatio taken = std::move(from->guide());
+        from->siblings->erase(from->siblings->begin() + std::ptrdiff_t(from->index));
+        dropEmptyChildren(from->parent);
+        Place to = *find(guides, target, nullptr, {});
+        to.siblings->insert(to.siblings->begin() + std::ptrdiff_t(to.index) + 1, std::move(taken));
+        selection_ = moved;
+    });
+}
+
 void GuideEditing::changeGuide(const std::string& what, const std::function<void(AspectRatio&)>& change) {
     if (!selectedGuide()) return;
     editGuides(what + " " + selection_->uuidString(),

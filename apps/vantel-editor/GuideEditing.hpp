@@ -51,6 +51,8 @@ public:
     // Into the guide above as its last child, or out after the parent.
     void indentGuide();
     void outdentGuide();
+    // Dragged onto `target`: right after it, at its level; never into itself.
+    void moveGuideAfter(const UUID& moved, const UUID& target);
 
     // An edit of the selected guide. Edits in a row with the same `what`
     // (a field being typed into) undo as one.

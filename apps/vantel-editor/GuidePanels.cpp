@@ -122,14 +122,40 @@ GtkWidget* guideRow(const AspectRatio& guide, int depth) {
     return row;
 }
 
-void addRows(GtkWidget* list, const std::vector<AspectRatio>& guides, int depth) {
-    for (const AspectRatio& guide : guides) {
-        gtk_list_box_append(GTK_LIST_BOX(list), guideRow(guide, depth));
-        if (guide.children) addRows(list, *guide.children, depth + 1);
-    }
+const char* rowGuide(GtkWidget* row) { return static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id")); }
+
+GdkContentProvider* dragRow(GtkDragSource* source, double, double, gpointer) {
+    GtkWidget* row = gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(source));
+    return gdk_content_provider_new_typed(G_TYPE_STRING, rowGuide(row));
 }
 
 }  // namespace
+
+// Each row can be dragged by its guide's id and takes a dropped guide after
+// itself.
+void GuidePanels::addRows(const std::vector<AspectRatio>& guides, int depth) {
+    for (const AspectRatio& guide : guides) {
+        GtkWidget* row = guideRow(guide, depth);
+        GtkDragSource* source = gtk_drag_source_new();
+        gtk_drag_source_set_actions(source, GDK_ACTION_MOVE);
+        g_signal_connect(source, "prepare", G_CALLBACK(dragRow), nullptr);
+        gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(source));
+        GtkDropTarget* target = gtk_drop_target_new(G_TYPE_STRING, GDK_ACTION_MOVE);
+        g_signal_connect(target, "drop", G_CALLBACK(droppedOnRow), this);
+        gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(target));
+        gtk_list_box_append(GTK_LIST_BOX(tree_), row);
+        if (guide.children) addRows(*guide.children, depth + 1);
+    }
+}
+
+gboolean GuidePanels::droppedOnRow(GtkDropTarget* target, const GValue* value, double, double, gpointer self) {
+    GtkWidget* row = gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(target));
+    auto moved = UUID::fromString(g_value_get_string(value));
+    auto onto = UUID::fromString(rowGuide(row));
+    if (!moved || !onto) return FALSE;
+    static_cast<GuidePanels*>(self)->editing_.moveGuideAfter(*moved, *onto);
+    return TRUE;
+}
 
 GuidePanels::GuidePanels(GuideEditing& editing, std::function<void()> selectionChanged)
     : editing_(editing), selectionChanged_(std::move(selectionChanged)) {
@@ -248,7 +274,7 @@ void GuidePanels::refreshCanvasPanel() {
 void GuidePanels::rebuildTree() {
     bool hadFocus = gtk_widget_has_focus(tree_) || gtk_widget_get_focus_child(tree_);
     while (GtkWidget* row = gtk_widget_get_first_child(tree_)) gtk_list_box_remove(GTK_LIST_BOX(tree_), row);
-    addRows(tree_, editing_.document()->ratios(), 0);
+    addRows(editing_.document()->ratios(), 0);
     selectRowOfSelection();
     if (hadFocus) focusTree();
 }
@@ -257,7 +283,7 @@ void GuidePanels::selectRowOfSelection() {
     const auto& selection = editing_.selection();
     std::string id = selection ? selection->uuidString() : "";
     for (GtkWidget* row = gtk_widget_get_first_child(tree_); row; row = gtk_widget_get_next_sibling(row)) {
-        if (id == static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id"))) {
+        if (id == rowGuide(row)) {
             gtk_list_box_select_row(GTK_LIST_BOX(tree_), GTK_LIST_BOX_ROW(row));
             return;
         }
@@ -331,7 +357,7 @@ void GuidePanels::guideEdited(GtkWidget* which) {
 
 void GuidePanels::rowSelected(GtkListBoxRow* row) {
     std::optional<UUID> id;
-    if (row) id = UUID::fromString(static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id")));
+    if (row) id = UUID::fromString(rowGuide(GTK_WIDGET(row)));
     if (id == editing_.selection()) return;
     editing_.select(id);
     syncing_ = true;
