@@ -106,6 +106,8 @@ void EditorWindow::addActions() {
          nullptr, nullptr, nullptr, {}},
         {"add-child", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->addChild(); },
          nullptr, nullptr, nullptr, {}},
+        {"add-samples", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->addSamples(); },
+         nullptr, nullptr, nullptr, {}},
         {"remove", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->removeGuide(); },
          nullptr, nullptr, nullptr, {}},
         {"duplicate", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->duplicateGuide(); },

@@ -89,6 +89,12 @@ void GuideEditing::addChild() {
     });
 }
 
+void GuideEditing::addSamples() {
+    std::vector<AspectRatio> samples = AspectRatio::test();
+    selection_ = samples.front().id;
+    editGuides("", [&](std::vector<AspectRatio>& guides) { guides.insert(guides.end(), samples.begin(), samples.end()); });
+}
+
 // The selection moves to the guide that took the removed one's place, the
 // one before it, or its parent.
 void GuideEditing::removeGuide() {

@@ -45,6 +45,8 @@ public:
     // guide is selected.
     void addGuide();
     void addChild();
+    // AspectRatio::test's sample guides, at the end of the top level.
+    void addSamples();
     void removeGuide();
     void duplicateGuide();
     void moveGuide(int steps);

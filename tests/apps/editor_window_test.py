@@ -137,6 +137,25 @@ def keeps_binary(designed):
         assert saved.read(6) == b"bplist", "a binary document was saved as XML"
 
 
+# With unsaved edits, a change on disk is not taken without asking.
+def asks_before_reload(designed):
+    path = designed.replace("designed", "edited")
+    shutil.copy(designed, path)
+    process, window = start(path, black)
+    try:
+        keys(window, "Insert")
+        wait_for("the unsaved mark", title_says(window, False), 3)
+        with open(path, "rb") as saved:
+            contents = plistlib.load(saved)
+        contents["ratios"] = []
+        with open(path, "wb") as out:
+            plistlib.dump(contents, out)
+        wait_for("the question about the change on disk", lambda: xdotool("search", "--name", "^Changed on Disk$"), 5)
+        assert xdotool("getwindowname", window).startswith("*"), "the unsaved edits went"
+    finally:
+        process.kill()
+
+
 # Last, in a window of its own: under Xvfb without a window manager the
 # keyboard focus goes to the root window when the file chooser closes, and
 # GTK gets no more keys.
@@ -206,6 +225,7 @@ folder = tempfile.mkdtemp()
 try:
     designed = design(folder)
     keeps_binary(designed)
+    asks_before_reload(designed)
     exports_as_render(designed)
     bad_documents(folder)
 finally:

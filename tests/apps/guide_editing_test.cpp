@@ -65,6 +65,11 @@ TEST(GuideEditingTest, TreeCommandsPlaceTheGuideAndMoveTheSelection) {
     e.editing.moveGuideAfter(inner, first);  // dragged out, after the drop target
     EXPECT_EQ(e.guides()[2].id, inner);
     EXPECT_FALSE(e.guides()[3].children.has_value());
+
+    e.editing.addSamples();
+    ASSERT_EQ(e.guides().size(), 6u);
+    EXPECT_EQ(e.guides()[4].children->front().ratio(), 4.0 / 3);
+    EXPECT_EQ(e.editing.selection(), e.guides()[4].id);
 }
 
 TEST(GuideEditingTest, UndoRedoAndOneAnnouncementPerEdit) {
