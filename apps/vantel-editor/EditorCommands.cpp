@@ -14,6 +14,7 @@
 #include <charconv>
 #include <cmath>
 #include <exception>
+#include <system_error>
 #include <utility>
 
 namespace vantel::editor {
@@ -319,10 +320,21 @@ void EditorWindow::fileChanged(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent 
         self);
 }
 
-// Our own saves, and writes of the same bytes, are no change.
+// Our own saves, and writes of the same bytes, are no change. A file that
+// someone broke keeps what the window shows and says what is wrong with it;
+// a file removed or moved away leaves the document as it is, for a save to
+// write again.
 void EditorWindow::fileChangedOnDisk() {
+    std::error_code error;
+    if (!std::filesystem::exists(*file_, error)) return;
     OpenedDocument opened = readDocumentFile(*file_);
-    if (opened.bytes == diskBytes_ || !opened.document) return;
+    if (opened.bytes == diskBytes_) return;
+    if (!opened.document) {
+        diskBytes_ = std::move(opened.bytes);
+        loadProblems_ = std::move(opened.problems);
+        reportLoadProblems();
+        return updateProblems();
+    }
     if (!editing_->modified()) return reloadFromDisk(std::move(opened));
     auto* held = new OpenedDocument(std::move(opened));
     GtkWidget* dialog = question(window_, "Changed on Disk",

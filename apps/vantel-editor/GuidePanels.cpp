@@ -219,7 +219,9 @@ GtkWidget* GuidePanels::buildInspector() {
     ratioHeight_ = spinButton(0.001, 1e6, 1, 3);
     GtkWidget* ratios = gtk_menu_button_new();
     gtk_menu_button_set_label(GTK_MENU_BUTTON(ratios), "Common");
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(ratios), commonRatios());
+    GMenuModel* common = commonRatios();
+    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(ratios), common);
+    g_object_unref(common);
     gtk_widget_set_tooltip_text(ratios, "Ratios people frame with");
     outline_ = colorButton("Outline");
     weight_ = spinButton(0, 1000, 1, 1);
