@@ -345,15 +345,17 @@ void GuidePanels::guideEdited(GtkWidget* which) {
     const char* what = which == ratioWidth_ ? "ratio width" : which == ratioHeight_ ? "ratio height"
                      : which == weight_     ? "weight"
                                             : "";
+    // Only the value edited is taken: the others show rounded, and writing
+    // them back would change what was not touched.
     editing_.changeGuide(what, [&](AspectRatio& guide) {
-        guide.width = spinValue(ratioWidth_);
-        guide.height = spinValue(ratioHeight_);
-        guide.color = colorOf(outline_);
-        guide.fillColor = colorOf(fill_);
-        guide.weight = spinValue(weight_);
-        guide.rowType = gridOf(rowKind_, rowCount_);
-        guide.columnType = gridOf(columnKind_, columnCount_);
-        guide.clearParent = gtk_check_button_get_active(GTK_CHECK_BUTTON(clears_));
+        if (which == ratioWidth_) guide.width = spinValue(ratioWidth_);
+        if (which == ratioHeight_) guide.height = spinValue(ratioHeight_);
+        if (which == weight_) guide.weight = spinValue(weight_);
+        if (which == outline_) guide.color = colorOf(outline_);
+        if (which == fill_) guide.fillColor = colorOf(fill_);
+        if (which == rowKind_ || which == rowCount_) guide.rowType = gridOf(rowKind_, rowCount_);
+        if (which == columnKind_ || which == columnCount_) guide.columnType = gridOf(columnKind_, columnCount_);
+        if (which == clears_) guide.clearParent = gtk_check_button_get_active(GTK_CHECK_BUTTON(clears_));
     });
 }
 
