@@ -71,8 +71,11 @@ GtkFileChooserNative* fileChooser(GtkWidget* window, const char* title, const ch
     return chooser;
 }
 
-// The path a file chooser answered with; the chooser goes with it.
+// The path a file chooser answered with; the chooser goes with it, and the
+// keyboard comes back to the window (without a window manager nothing else
+// gives it back).
 std::optional<std::filesystem::path> chosenPath(GtkNativeDialog* dialog, int response) {
+    gtk_window_present(gtk_native_dialog_get_transient_for(dialog));
     std::optional<std::filesystem::path> path;
     if (response == GTK_RESPONSE_ACCEPT) {
         GFile* file = gtk_file_chooser_get_file(GTK_FILE_CHOOSER(dialog));
@@ -278,6 +281,7 @@ void EditorWindow::askBeforeClosing() {
     g_signal_connect(dialog, "response", G_CALLBACK(+[](GtkDialog* asked, int response, gpointer self) {
                          EditorWindow* editor = editorOf(self);
                          gtk_window_destroy(GTK_WINDOW(asked));
+                         gtk_window_present(GTK_WINDOW(editor->window_));
                          if (response == GTK_RESPONSE_ACCEPT) {
                              editor->save();
                              if (editor->editing_->modified()) return;  // not saved: keep the window
@@ -346,6 +350,7 @@ void EditorWindow::fileChangedOnDisk() {
                          auto* opened = static_cast<OpenedDocument*>(g_object_get_data(G_OBJECT(asked), "opened"));
                          if (response == GTK_RESPONSE_ACCEPT) editorOf(self)->reloadFromDisk(std::move(*opened));
                          gtk_window_destroy(GTK_WINDOW(asked));
+                         gtk_window_present(GTK_WINDOW(editorOf(self)->window_));
                      }),
                      this);
     gtk_window_present(GTK_WINDOW(dialog));

@@ -156,9 +156,7 @@ def asks_before_reload(designed):
         process.kill()
 
 
-# Last, in a window of its own: under Xvfb without a window manager the
-# keyboard focus goes to the root window when the file chooser closes, and
-# GTK gets no more keys.
+# The export from a window opened on the designed document.
 def exports_as_render(path):
     process, window = start(path, black)
     try:
