@@ -14,6 +14,7 @@
 #include <charconv>
 #include <cmath>
 #include <exception>
+#include <system_error>
 #include <utility>
 
 namespace vantel::editor {
@@ -70,8 +71,11 @@ GtkFileChooserNative* fileChooser(GtkWidget* window, const char* title, const ch
     return chooser;
 }
 
-// The path a file chooser answered with; the chooser goes with it.
+// The path a file chooser answered with; the chooser goes with it, and the
+// keyboard comes back to the window (without a window manager nothing else
+// gives it back).
 std::optional<std::filesystem::path> chosenPath(GtkNativeDialog* dialog, int response) {
+    gtk_window_present(gtk_native_dialog_get_transient_for(dialog));
     std::optional<std::filesystem::path> path;
     if (response == GTK_RESPONSE_ACCEPT) {
         GFile* file = gtk_file_chooser_get_file(GTK_FILE_CHOOSER(dialog));
@@ -105,6 +109,8 @@ void EditorWindow::addActions() {
         {"add-guide", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->addGuide(); },
          nullptr, nullptr, nullptr, {}},
         {"add-child", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->addChild(); },
+         nullptr, nullptr, nullptr, {}},
+        {"add-samples", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->addSamples(); },
          nullptr, nullptr, nullptr, {}},
         {"remove", [](GSimpleAction*, GVariant*, gpointer self) { editorOf(self)->editing_->removeGuide(); },
          nullptr, nullptr, nullptr, {}},
@@ -275,6 +281,7 @@ void EditorWindow::askBeforeClosing() {
     g_signal_connect(dialog, "response", G_CALLBACK(+[](GtkDialog* asked, int response, gpointer self) {
                          EditorWindow* editor = editorOf(self);
                          gtk_window_destroy(GTK_WINDOW(asked));
+                         gtk_window_present(GTK_WINDOW(editor->window_));
                          if (response == GTK_RESPONSE_ACCEPT) {
                              editor->save();
                              if (editor->editing_->modified()) return;  // not saved: keep the window
@@ -317,10 +324,21 @@ void EditorWindow::fileChanged(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent 
         self);
 }
 
-// Our own saves, and writes of the same bytes, are no change.
+// Our own saves, and writes of the same bytes, are no change. A file that
+// someone broke keeps what the window shows and says what is wrong with it;
+// a file removed or moved away leaves the document as it is, for a save to
+// write again.
 void EditorWindow::fileChangedOnDisk() {
+    std::error_code error;
+    if (!std::filesystem::exists(*file_, error)) return;
     OpenedDocument opened = readDocumentFile(*file_);
-    if (opened.bytes == diskBytes_ || !opened.document) return;
+    if (opened.bytes == diskBytes_) return;
+    if (!opened.document) {
+        diskBytes_ = std::move(opened.bytes);
+        loadProblems_ = std::move(opened.problems);
+        reportLoadProblems();
+        return updateProblems();
+    }
     if (!editing_->modified()) return reloadFromDisk(std::move(opened));
     auto* held = new OpenedDocument(std::move(opened));
     GtkWidget* dialog = question(window_, "Changed on Disk",
@@ -332,6 +350,7 @@ void EditorWindow::fileChangedOnDisk() {
                          auto* opened = static_cast<OpenedDocument*>(g_object_get_data(G_OBJECT(asked), "opened"));
                          if (response == GTK_RESPONSE_ACCEPT) editorOf(self)->reloadFromDisk(std::move(*opened));
                          gtk_window_destroy(GTK_WINDOW(asked));
+                         gtk_window_present(GTK_WINDOW(editorOf(self)->window_));
                      }),
                      this);
     gtk_window_present(GTK_WINDOW(dialog));

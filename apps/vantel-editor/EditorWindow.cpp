@@ -22,12 +22,13 @@ GMenuModel* windowMenu() {
         {"New Window", "win.new-window", "<Control>n"}, {"Save", "win.save", "<Control>s"},
         {"Save As…", "win.save-as", "<Control><Shift>s"}, {"Export…", "win.export", "<Control>e"},
         {"Undo", "win.undo", "<Control>z"},             {"Redo", "win.redo", "<Control><Shift>z"},
+        {"Add Sample Guides", "win.add-samples", ""},
         {"Fit", "win.fit", "<Control>0"},               {"100 %", "win.actual-size", "<Control>1"},
         {"Close", "win.close", "<Control>w"}};
     GMenu* menu = g_menu_new();
     for (const auto& item : items) {
         GMenuItem* entry = g_menu_item_new(item[0], item[1]);
-        g_menu_item_set_attribute(entry, "accel", "s", item[2]);
+        if (*item[2]) g_menu_item_set_attribute(entry, "accel", "s", item[2]);
         g_menu_append_item(menu, entry);
         g_object_unref(entry);
     }
@@ -93,7 +94,10 @@ void EditorWindow::buildWidgets(GtkApplication* application) {
     GtkWidget* header = gtk_header_bar_new();
     GtkWidget* menu = gtk_menu_button_new();
     gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(menu), "open-menu-symbolic");
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(menu), windowMenu());
+    GMenuModel* commands = windowMenu();
+    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(menu), commands);
+    g_object_unref(commands);
+    gtk_menu_button_set_primary(GTK_MENU_BUTTON(menu), TRUE);  // F10 opens it
     gtk_header_bar_pack_end(GTK_HEADER_BAR(header), menu);
     GtkWidget* undo = gtk_button_new_from_icon_name("edit-undo-symbolic");
     gtk_actionable_set_action_name(GTK_ACTIONABLE(undo), "win.undo");

@@ -89,6 +89,12 @@ void GuideEditing::addChild() {
     });
 }
 
+void GuideEditing::addSamples() {
+    std::vector<AspectRatio> samples = AspectRatio::test();
+    selection_ = samples.front().id;
+    editGuides("", [&](std::vector<AspectRatio>& guides) { guides.insert(guides.end(), samples.begin(), samples.end()); });
+}
+
 // The selection moves to the guide that took the removed one's place, the
 // one before it, or its parent.
 void GuideEditing::removeGuide() {
@@ -147,6 +153,21 @@ void GuideEditing::outdentGuide() {
         dropEmptyChildren(place.parent);
         Place parent = *find(guides, parentId, nullptr, {});
         parent.siblings->insert(parent.siblings->begin() + std::ptrdiff_t(parent.index) + 1, std::move(moved));
+    });
+}
+
+void GuideEditing::moveGuideAfter(const UUID& moved, const UUID& target) {
+    editGuides("", [&](std::vector<AspectRatio>& guides) {
+        std::optional<Place> from = find(guides, moved, nullptr, {});
+        if (!from || moved == target) return;
+        std::vector<AspectRatio> inside{from->guide()};
+        if (!find(guides, target, nullptr, {}) || find(inside, target, nullptr, {})) return;
+        AspectRatio taken = std::move(from->guide());
+        from->siblings->erase(from->siblings->begin() + std::ptrdiff_t(from->index));
+        dropEmptyChildren(from->parent);
+        Place to = *find(guides, target, nullptr, {});
+        to.siblings->insert(to.siblings->begin() + std::ptrdiff_t(to.index) + 1, std::move(taken));
+        selection_ = moved;
     });
 }
 

@@ -45,12 +45,16 @@ public:
     // guide is selected.
     void addGuide();
     void addChild();
+    // AspectRatio::test's sample guides, at the end of the top level.
+    void addSamples();
     void removeGuide();
     void duplicateGuide();
     void moveGuide(int steps);
     // Into the guide above as its last child, or out after the parent.
     void indentGuide();
     void outdentGuide();
+    // Dragged onto `target`: right after it, at its level; never into itself.
+    void moveGuideAfter(const UUID& moved, const UUID& target);
 
     // An edit of the selected guide. Edits in a row with the same `what`
     // (a field being typed into) undo as one.

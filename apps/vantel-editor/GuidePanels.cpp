@@ -122,14 +122,40 @@ GtkWidget* guideRow(const AspectRatio& guide, int depth) {
     return row;
 }
 
-void addRows(GtkWidget* list, const std::vector<AspectRatio>& guides, int depth) {
-    for (const AspectRatio& guide : guides) {
-        gtk_list_box_append(GTK_LIST_BOX(list), guideRow(guide, depth));
-        if (guide.children) addRows(list, *guide.children, depth + 1);
-    }
+const char* rowGuide(GtkWidget* row) { return static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id")); }
+
+GdkContentProvider* dragRow(GtkDragSource* source, double, double, gpointer) {
+    GtkWidget* row = gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(source));
+    return gdk_content_provider_new_typed(G_TYPE_STRING, rowGuide(row));
 }
 
 }  // namespace
+
+// Each row can be dragged by its guide's id and takes a dropped guide after
+// itself.
+void GuidePanels::addRows(const std::vector<AspectRatio>& guides, int depth) {
+    for (const AspectRatio& guide : guides) {
+        GtkWidget* row = guideRow(guide, depth);
+        GtkDragSource* source = gtk_drag_source_new();
+        gtk_drag_source_set_actions(source, GDK_ACTION_MOVE);
+        g_signal_connect(source, "prepare", G_CALLBACK(dragRow), nullptr);
+        gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(source));
+        GtkDropTarget* target = gtk_drop_target_new(G_TYPE_STRING, GDK_ACTION_MOVE);
+        g_signal_connect(target, "drop", G_CALLBACK(droppedOnRow), this);
+        gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(target));
+        gtk_list_box_append(GTK_LIST_BOX(tree_), row);
+        if (guide.children) addRows(*guide.children, depth + 1);
+    }
+}
+
+gboolean GuidePanels::droppedOnRow(GtkDropTarget* target, const GValue* value, double, double, gpointer self) {
+    GtkWidget* row = gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(target));
+    auto moved = UUID::fromString(g_value_get_string(value));
+    auto onto = UUID::fromString(rowGuide(row));
+    if (!moved || !onto) return FALSE;
+    static_cast<GuidePanels*>(self)->editing_.moveGuideAfter(*moved, *onto);
+    return TRUE;
+}
 
 GuidePanels::GuidePanels(GuideEditing& editing, std::function<void()> selectionChanged)
     : editing_(editing), selectionChanged_(std::move(selectionChanged)) {
@@ -193,7 +219,9 @@ GtkWidget* GuidePanels::buildInspector() {
     ratioHeight_ = spinButton(0.001, 1e6, 1, 3);
     GtkWidget* ratios = gtk_menu_button_new();
     gtk_menu_button_set_label(GTK_MENU_BUTTON(ratios), "Common");
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(ratios), commonRatios());
+    GMenuModel* common = commonRatios();
+    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(ratios), common);
+    g_object_unref(common);
     gtk_widget_set_tooltip_text(ratios, "Ratios people frame with");
     outline_ = colorButton("Outline");
     weight_ = spinButton(0, 1000, 1, 1);
@@ -248,7 +276,7 @@ void GuidePanels::refreshCanvasPanel() {
 void GuidePanels::rebuildTree() {
     bool hadFocus = gtk_widget_has_focus(tree_) || gtk_widget_get_focus_child(tree_);
     while (GtkWidget* row = gtk_widget_get_first_child(tree_)) gtk_list_box_remove(GTK_LIST_BOX(tree_), row);
-    addRows(tree_, editing_.document()->ratios(), 0);
+    addRows(editing_.document()->ratios(), 0);
     selectRowOfSelection();
     if (hadFocus) focusTree();
 }
@@ -257,7 +285,7 @@ void GuidePanels::selectRowOfSelection() {
     const auto& selection = editing_.selection();
     std::string id = selection ? selection->uuidString() : "";
     for (GtkWidget* row = gtk_widget_get_first_child(tree_); row; row = gtk_widget_get_next_sibling(row)) {
-        if (id == static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id"))) {
+        if (id == rowGuide(row)) {
             gtk_list_box_select_row(GTK_LIST_BOX(tree_), GTK_LIST_BOX_ROW(row));
             return;
         }
@@ -317,21 +345,23 @@ void GuidePanels::guideEdited(GtkWidget* which) {
     const char* what = which == ratioWidth_ ? "ratio width" : which == ratioHeight_ ? "ratio height"
                      : which == weight_     ? "weight"
                                             : "";
+    // Only the value edited is taken: the others show rounded, and writing
+    // them back would change what was not touched.
     editing_.changeGuide(what, [&](AspectRatio& guide) {
-        guide.width = spinValue(ratioWidth_);
-        guide.height = spinValue(ratioHeight_);
-        guide.color = colorOf(outline_);
-        guide.fillColor = colorOf(fill_);
-        guide.weight = spinValue(weight_);
-        guide.rowType = gridOf(rowKind_, rowCount_);
-        guide.columnType = gridOf(columnKind_, columnCount_);
-        guide.clearParent = gtk_check_button_get_active(GTK_CHECK_BUTTON(clears_));
+        if (which == ratioWidth_) guide.width = spinValue(ratioWidth_);
+        if (which == ratioHeight_) guide.height = spinValue(ratioHeight_);
+        if (which == weight_) guide.weight = spinValue(weight_);
+        if (which == outline_) guide.color = colorOf(outline_);
+        if (which == fill_) guide.fillColor = colorOf(fill_);
+        if (which == rowKind_ || which == rowCount_) guide.rowType = gridOf(rowKind_, rowCount_);
+        if (which == columnKind_ || which == columnCount_) guide.columnType = gridOf(columnKind_, columnCount_);
+        if (which == clears_) guide.clearParent = gtk_check_button_get_active(GTK_CHECK_BUTTON(clears_));
     });
 }
 
 void GuidePanels::rowSelected(GtkListBoxRow* row) {
     std::optional<UUID> id;
-    if (row) id = UUID::fromString(static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id")));
+    if (row) id = UUID::fromString(rowGuide(GTK_WIDGET(row)));
     if (id == editing_.selection()) return;
     editing_.select(id);
     syncing_ = true;

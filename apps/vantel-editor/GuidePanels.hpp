@@ -33,6 +33,7 @@ private:
     GtkWidget* buildTree();
     GtkWidget* buildInspector();
     void rebuildTree();
+    void addRows(const std::vector<AspectRatio>& guides, int depth);
     void refreshCanvasPanel();
     void refreshInspector();
     void selectRowOfSelection();
@@ -44,6 +45,7 @@ private:
     static void guideWidgetChanged(GtkWidget* widget, gpointer self);
     static void dropDownChanged(GObject* dropDown, GParamSpec*, gpointer self);
     static void colorSet(GtkColorButton* button, gpointer self);
+    static gboolean droppedOnRow(GtkDropTarget* target, const GValue* value, double, double, gpointer self);
     static void rowSelectedCallback(GtkListBox*, GtkListBoxRow* row, gpointer self);
 
     GuideEditing& editing_;

@@ -91,9 +91,9 @@ def design(folder):
         typed(window, "2.39:1 color=red")
         keys(window, "ctrl+Insert")
         typed(window, "16:9 grid=3x3")
-        wait_for("the unsaved mark", title_says(window, False), 3)
+        wait_for("the unsaved mark", title_says(window, False), 10)
         keys(window, "ctrl+s")
-        wait_for("the saved title", title_says(window, True), 3)
+        wait_for("the saved title", title_says(window, True), 10)
         guides = info(path)["guides"]
         assert len(guides) == 1, guides
         outer = guides[0]
@@ -106,16 +106,16 @@ def design(folder):
         assert "children" not in inner or not inner["children"], inner
 
         keys(window, "Delete", "ctrl+s")
-        wait_for("the removal saved", lambda: info(path)["guides"][0]["children"] == [], 3)
+        wait_for("the removal saved", lambda: info(path)["guides"][0]["children"] == [], 10)
         keys(window, "ctrl+z", "ctrl+s")
-        wait_for("the undone removal saved", lambda: info(path)["guides"][0]["children"] == [inner], 3)
+        wait_for("the undone removal saved", lambda: info(path)["guides"][0]["children"] == [inner], 10)
         designed = os.path.join(folder, "designed.aspectratio")
         shutil.copy(path, designed)
 
         changed_on_disk(path, window)
 
         keys(window, "Insert", "ctrl+w")
-        wait_for("the prompt before closing", lambda: xdotool("search", "--name", "^Unsaved Changes$"), 5)
+        wait_for("the prompt before closing", lambda: xdotool("search", "--name", "^Unsaved Changes$"), 20)
         assert process.poll() is None and xdotool("search", "--name", "frames.aspectratio"), "the window closed"
     finally:
         process.kill()
@@ -130,24 +130,45 @@ def keeps_binary(designed):
     process, window = start(path, black)
     try:
         keys(window, "Insert", "ctrl+s")
-        wait_for("the binary save", lambda: len(info(path)["guides"]) == 2, 3)
+        wait_for("the binary save", lambda: len(info(path)["guides"]) == 2, 10)
     finally:
         process.kill()
     with open(path, "rb") as saved:
         assert saved.read(6) == b"bplist", "a binary document was saved as XML"
 
 
-# Last, in a window of its own: under Xvfb without a window manager the
-# keyboard focus goes to the root window when the file chooser closes, and
-# GTK gets no more keys.
+# With unsaved edits, a change on disk is not taken without asking.
+def asks_before_reload(designed):
+    path = designed.replace("designed", "edited")
+    shutil.copy(designed, path)
+    process, window = start(path, black)
+    try:
+        keys(window, "Insert")
+        wait_for("the unsaved mark", title_says(window, False), 10)
+        with open(path, "rb") as saved:
+            contents = plistlib.load(saved)
+        contents["ratios"] = []
+        with open(path, "wb") as out:
+            plistlib.dump(contents, out)
+        wait_for("the question about the change on disk", lambda: xdotool("search", "--name", "^Changed on Disk$"), 20)
+        assert xdotool("getwindowname", window).startswith("*"), "the unsaved edits went"
+    finally:
+        process.kill()
+
+
+# The export from a window opened on the designed document.
 def exports_as_render(path):
     process, window = start(path, black)
     try:
         keys(window, "ctrl+e")
-        chooser = wait_for("the export dialog", lambda: xdotool("search", "--name", "^Export Picture$"), 5).split()[0]
-        keys(chooser, "Return")  # the document's own name and folder, as PNG
+        chooser = wait_for("the export dialog", lambda: xdotool("search", "--name", "^Export Picture$"), 20).split()[0]
         exported = path[:-len(".aspectratio")] + ".png"
-        wait_for("the exported PNG", lambda: os.path.exists(exported), 5)
+
+        def accepted():  # the chooser may not take keys before its first frame
+            keys(chooser, "Return")  # the document's own name and folder, as PNG
+            return os.path.exists(exported) or time.sleep(0.5) or os.path.exists(exported)
+
+        wait_for("the exported PNG", accepted, 20)
         rendered = path + ".rendered.png"
         subprocess.run([vantel, "render", path, "-o", rendered], check=True)
         with open(exported, "rb") as one, open(rendered, "rb") as other:
@@ -165,7 +186,7 @@ def changed_on_disk(path, window):
     with open(path + ".new", "wb") as out:
         plistlib.dump(contents, out)
     os.replace(path + ".new", path)
-    wait_for("the picture of the file changed on disk", lambda: share_of(window, lambda r, g, b: b > 200 and r < 40 and g < 40) > 0.2, 5)
+    wait_for("the picture of the file changed on disk", lambda: share_of(window, lambda r, g, b: b > 200 and r < 40 and g < 40) > 0.2, 20)
     assert xdotool("getwindowname", window).startswith("frames"), "a reload is no unsaved change"
 
 
@@ -177,7 +198,7 @@ def refuses(folder, name, contents, still_shows=None):
     process, window = start(path, problem_bar, 0.005)
     try:
         if still_shows:
-            wait_for(f"the drawable part of {name}", lambda: share_of(window, still_shows) > 0.005, 3)
+            wait_for(f"the drawable part of {name}", lambda: share_of(window, still_shows) > 0.005, 10)
         keys(window, "ctrl+s")
         time.sleep(0.5)
         assert process.poll() is None, f"the editor ended on {name}"
@@ -206,6 +227,7 @@ folder = tempfile.mkdtemp()
 try:
     designed = design(folder)
     keeps_binary(designed)
+    asks_before_reload(designed)
     exports_as_render(designed)
     bad_documents(folder)
 finally:

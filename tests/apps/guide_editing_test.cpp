@@ -56,6 +56,20 @@ TEST(GuideEditingTest, TreeCommandsPlaceTheGuideAndMoveTheSelection) {
     e.editing.moveGuide(-1);  // already first: nothing to undo
     e.editing.moveGuide(1);
     EXPECT_EQ(e.guides()[1].id, first);
+
+    e.editing.select(second);
+    e.editing.addChild();
+    const UUID inner = *e.editing.selection();
+    e.editing.moveGuideAfter(second, inner);  // not into itself
+    EXPECT_EQ(e.guides()[2].children->front().id, inner);
+    e.editing.moveGuideAfter(inner, first);  // dragged out, after the drop target
+    EXPECT_EQ(e.guides()[2].id, inner);
+    EXPECT_FALSE(e.guides()[3].children.has_value());
+
+    e.editing.addSamples();
+    ASSERT_EQ(e.guides().size(), 6u);
+    EXPECT_EQ(e.guides()[4].children->front().ratio(), 4.0 / 3);
+    EXPECT_EQ(e.editing.selection(), e.guides()[4].id);
 }
 
 TEST(GuideEditingTest, UndoRedoAndOneAnnouncementPerEdit) {
