@@ -19,7 +19,13 @@ def xdotool(*args):
     return subprocess.run(["xdotool", *args], capture_output=True, text=True).stdout.strip()
 
 
+# Deadlines only end a failing run, so they are set for a loaded two-core
+# machine running the sanitizer build, several times what a quiet one needs.
+PATIENCE = 4
+
+
 def wait_for(what, check, seconds):
+    seconds *= PATIENCE
     deadline = time.monotonic() + seconds
     while time.monotonic() < deadline:
         result = check()
