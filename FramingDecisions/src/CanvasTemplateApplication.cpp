@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 namespace vantel {
 
@@ -196,10 +197,37 @@ double rounded(double value, const CanvasTemplateRound& round) {
 
 double clamped(double value, double low, double high) { return std::max(low, std::min(value, high)); }
 
-// The last step: the canvas rounded as the template says, the effective
-// area up to whole pixels; both grow or shrink about their centres, and
-// the fractional areas are cut back to what the canvas holds.
-void roundCanvas(Geometry& geometry, const CanvasTemplate& canvasTemplate, bool padded) {
+// A scaled effective area the source had goes up to whole pixels about
+// its centre; its anchor stays fractional, as every scaled anchor does.
+void wholeAboutCentre(Area& effective, const FDLDimensions& canvas) {
+    FDLDimensions whole{std::ceil(effective.size.width), std::ceil(effective.size.height)};
+    effective.anchor.x -= (whole.width - effective.size.width) / 2;
+    effective.anchor.y -= (whole.height - effective.size.height) / 2;
+    effective.size = smallest(whole, canvas);
+}
+
+// An edge this close to a pixel boundary is on it: scaling leaves such
+// crumbs, and they must not claim a row of pixels.
+constexpr double edgeTolerance = 1e-6;
+
+// For a source without an effective area, the new one is every whole pixel
+// row and column its picture touches on the canvas: the outer bounds of
+// the active image, so padding is all that lies outside it.
+void wholeCoveringPixels(Area& effective, const FDLDimensions& canvas) {
+    auto span = [&](double start, double length, double limit) {
+        double first = std::max(0.0, std::floor(start + edgeTolerance));
+        double last = std::min(limit, std::ceil(start + length - edgeTolerance));
+        return std::pair{first, std::max(0.0, last - first)};
+    };
+    auto [x, width] = span(effective.anchor.x, effective.size.width, canvas.width);
+    auto [y, height] = span(effective.anchor.y, effective.size.height, canvas.height);
+    effective = {{width, height}, {x, y}};
+}
+
+// The last step: the canvas rounded as the template says, growing or
+// shrinking about its centre, the effective area made whole pixels, and
+// the fractional areas cut back to what the canvas holds.
+void roundCanvas(Geometry& geometry, const CanvasTemplate& canvasTemplate, bool padded, bool sourceHadEffective) {
     Area& canvas = geometry[canvasLayer];
     Area& effective = geometry[effectiveLayer];
     FDLDimensions exact = canvas.size;
@@ -211,10 +239,8 @@ void roundCanvas(Geometry& geometry, const CanvasTemplate& canvasTemplate, bool 
         geometry[layer].anchor.x += (canvas.size.width - exact.width) / 2;
         geometry[layer].anchor.y += (canvas.size.height - exact.height) / 2;
     }
-    FDLDimensions whole{std::ceil(effective.size.width), std::ceil(effective.size.height)};
-    effective.anchor.x -= (whole.width - effective.size.width) / 2;
-    effective.anchor.y -= (whole.height - effective.size.height) / 2;
-    effective.size = smallest(whole, canvas.size);
+    if (sourceHadEffective) wholeAboutCentre(effective, canvas.size);
+    else wholeCoveringPixels(effective, canvas.size);
     effective.anchor = {clamped(effective.anchor.x, 0, canvas.size.width - effective.size.width),
                         clamped(effective.anchor.y, 0, canvas.size.height - effective.size.height)};
     for (std::size_t layer : {protectionLayer, framingLayer}) {
@@ -279,7 +305,7 @@ FDLCanvas applyCanvasTemplate(const FDLCanvas& source, const FramingDecision& de
                   fitted.anchor.y, maximum ? maximum->height : 0, padded,
                   alignment(canvasTemplate.alignmentMethodVertical)};
     placeOnCanvas(geometry, {horizontal.shift(), vertical.shift()}, {horizontal.output(), vertical.output()});
-    roundCanvas(geometry, canvasTemplate, padded);
+    roundCanvas(geometry, canvasTemplate, padded, source.effectiveDimensions.has_value());
     return canvasOf(geometry, source, decision, canvasTemplate, canvasID, squeeze);
 }
 

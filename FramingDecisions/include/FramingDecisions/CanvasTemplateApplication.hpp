@@ -5,8 +5,10 @@
 // order of operations the ASC FDL specification gives: the layers to keep,
 // desqueeze and scale, place by the alignment into the target, crop or pad
 // to the maximum, and only then round the canvas to whole pixels. Framing,
-// protection and every anchor stay fractional; the canvas and its
-// effective area are whole numbers, as the schema wants them.
+// protection and their anchors stay fractional; the canvas and its
+// effective area are whole numbers, as the schema wants them. A source
+// without an effective area gets one on whole pixels: those its picture
+// covers on the new canvas, so that only padding lies outside it.
 
 #include <FramingDecisions/FramingDecisionList.hpp>
 
