@@ -87,6 +87,15 @@ void checkFlattenFits(const RenderOptions& options, const OutputFormat& format) 
     }
 }
 
+// A framing decision list holds geometry only: a colour asked for there
+// would be dropped without a word, so it is refused instead.
+void checkBackgroundFits(const RenderOptions& options, const OutputFormat& format) {
+    if (options.background && std::holds_alternative<FDLOutput>(format.kind)) {
+        throw CLI::ValidationError("--background",
+                                   "has nothing to colour in an .fdl: a framing decision list has no background");
+    }
+}
+
 // A document must never be replaced by its own rendering.
 void refuseOverwritingInput(const RenderJob& job) {
     if (job.output == standardStream) return;
@@ -190,6 +199,7 @@ ExitCode runRender(const RenderOptions& options) {
     const OutputFormat format = chosenFormat(options);
     checkOneOutputForMany(options, format);
     checkFlattenFits(options, format);
+    checkBackgroundFits(options, format);
     if (!options.output.empty() && options.inputs.size() > 1) return renderPages(options, choices);
     const std::vector<RenderJob> jobs = plannedJobs(inNaturalOrder(options), format);
     if (!options.output.empty()) {
@@ -239,7 +249,8 @@ const char* const renderFooter =
     "framing decision at its laid-out rectangle, labelled by its place among "
     "the guides (1.2: the second guide inside the first). Its uuid is random, "
     "or derived from the content when SOURCE_DATE_EPOCH is set, so that the "
-    "bytes repeat.\n"
+    "bytes repeat. A list has no background, so --background is refused "
+    "with it.\n"
     "Exit codes: 0 every file rendered, 1 a document is bad, 2 bad usage, "
     "3 an input or output file could not be read or written (the most serious "
     "one when several files failed).";

@@ -108,4 +108,9 @@ expect_exit 2 "list to .fdl" "$VANTEL" render "$WORK/shot.fdl" -o "$WORK/again.f
 expect_one_error_line "list to .fdl" "$WORK/shot.fdl" "framing decision list already"
 [ -e "$WORK/again.fdl" ] && fail "list to .fdl: a file was written"
 
+# A list holds no background: a colour asked for it is refused, not dropped.
+expect_exit 2 "--background to .fdl" "$VANTEL" render "$DOC" -o "$WORK/coloured.fdl" --background navy
+expect_one_error_line "--background to .fdl" "--background" "no background"
+[ -e "$WORK/coloured.fdl" ] && fail "--background to .fdl: a file was written"
+
 finish
