@@ -343,6 +343,18 @@ const FramingDecision& chosenDecision(const FDLCanvas& canvas, const std::option
     throw CanvasTemplateError("canvas \"" + canvas.id + "\" holds no framing decision \"" + *decisionID + "\"");
 }
 
+bool holdsDecision(const FDLCanvas& canvas, const std::string& id) {
+    return std::any_of(canvas.framingDecisions.begin(), canvas.framingDecisions.end(),
+                       [&id](const FramingDecision& decision) { return decision.id == id; });
+}
+
+// A decision asked for without its canvas is looked for on every canvas,
+// as the frame-line chart looks for it.
+bool isChosen(const FDLCanvas& canvas, const CanvasTemplateSource& source) {
+    if (source.canvasID) return canvas.id == *source.canvasID;
+    return !source.decisionID || holdsDecision(canvas, *source.decisionID);
+}
+
 }  // namespace
 
 FramingDecisionList withCanvasTemplateApplied(const FramingDecisionList& list, const CanvasTemplateSource& source,
@@ -350,7 +362,7 @@ FramingDecisionList withCanvasTemplateApplied(const FramingDecisionList& list, c
     for (std::size_t c = 0; c < list.contexts.size(); ++c) {
         const std::vector<FDLCanvas>& canvases = list.contexts[c].canvases;
         for (std::size_t i = 0; i < canvases.size(); ++i) {
-            if (source.canvasID && canvases[i].id != *source.canvasID) continue;
+            if (!isChosen(canvases[i], source)) continue;
             const FDLCanvas& canvas = canvases[i];
             FDLCanvas made = applyCanvasTemplate(canvas, chosenDecision(canvas, source.decisionID), canvasTemplate,
                                                  newCanvasID(list, canvas.id, canvasTemplate.id));
@@ -361,6 +373,9 @@ FramingDecisionList withCanvasTemplateApplied(const FramingDecisionList& list, c
         }
     }
     if (source.canvasID) throw CanvasTemplateError("the list holds no canvas \"" + *source.canvasID + "\"");
+    if (source.decisionID) {
+        throw CanvasTemplateError("the list holds no framing decision \"" + *source.decisionID + "\"");
+    }
     throw CanvasTemplateError("the list holds no canvas to apply the template to");
 }
 

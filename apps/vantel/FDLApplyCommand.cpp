@@ -97,10 +97,11 @@ const char* const applyFooter =
     "is the source canvas's and the template's joined by \"_\". Everything else\n"
     "in SOURCE stays as it was, in its order.\n"
     "Without choices: the first canvas of the first context, its first decision,\n"
-    "and TEMPLATE's first canvas template. SOURCE and TEMPLATE may be one file.\n"
-    "Exit codes: 0 written, 1 a list has errors, or the template asks for a\n"
-    "layer, canvas or decision the source does not have, 2 bad usage, 3 a file\n"
-    "could not be read or written.";
+    "and TEMPLATE's first canvas template; --decision alone picks the canvas\n"
+    "holding it. SOURCE and TEMPLATE may be one file, not both standard input.\n"
+    "Exit codes: 0 written, 1 a list has errors, the template asks for a layer\n"
+    "the source does not have, or a canvas, decision or template id is not\n"
+    "there, 2 bad usage, 3 a file could not be read or written.";
 
 CommandRegistration registration(60, [](CLI::App& app, ExitCode& result) {
     CLI::App* fdl = app.add_subcommand("fdl", "Work on ASC framing decision lists: apply a canvas template");
@@ -118,14 +119,16 @@ CommandRegistration registration(60, [](CLI::App& app, ExitCode& result) {
         ->required()
         ->option_text("SOURCE")
         ->group("Input");
-    sub->add_option("TEMPLATE", options->templates, "the framing decision list holding the canvas template (.fdl)")
+    sub->add_option("TEMPLATE", options->templates,
+                    "the framing decision list holding the canvas template (.fdl); - reads it from standard input")
         ->required()
         ->option_text("TEMPLATE")
         ->group("Input");
     sub->add_option("--canvas", options->choice.canvasID, "the id of the canvas to apply the template to")
         ->option_text("ID")
         ->group("Input");
-    sub->add_option("--decision", options->choice.decisionID, "the id of the framing decision on that canvas")
+    sub->add_option("--decision", options->choice.decisionID,
+                    "the id of the framing decision (on any canvas, without --canvas)")
         ->option_text("ID")
         ->group("Input");
     sub->add_option("--template", options->templateID, "the id of the canvas template in TEMPLATE")

@@ -43,6 +43,11 @@ if grep -q ': error: ' "$WORK/stderr"; then fail "the result has errors: $(cat "
 expect_exit 0 "apply chosen by id" "$VANTEL" fdl apply "$WORK/both.fdl" "$WORK/both.fdl" --canvas 1 --decision 1-1 --template VX220310 -o -
 mv "$WORK/stdout" "$WORK/chosen.fdl"
 check_result "apply chosen by id" "$WORK/chosen.fdl" "$WORK/both.fdl" 1
+# A decision alone is looked for on every canvas, as render looks for it.
+expect_exit 0 "a decision alone" "$VANTEL" fdl apply "$WORK/both.fdl" "$TEMPLATE" \
+  --decision 123456781234567812345678123456-1 -o "$WORK/second.fdl"
+"$PYTHON" -c 'import json,sys; c=json.load(open(sys.argv[1]))["contexts"][0]["canvases"]; assert c[2]["source_canvas_id"] == c[1]["id"], c' \
+  "$WORK/second.fdl" || fail "a decision alone: not applied on the canvas holding it"
 
 # Refusals: one line naming the file, and an earlier RESULT left as it was.
 echo earlier > "$WORK/kept.fdl"
@@ -53,6 +58,8 @@ expect_one_error_line "a layer the source lacks" "A_4448x3096_1-3x_FramingChart.
   'cannot apply template "VX220310": the template keeps canvas.effective_dimensions, which canvas "1" does not have$'
 expect_exit 1 "an unknown canvas" "$VANTEL" fdl apply "$SOURCE" "$TEMPLATE" --canvas 7 -o "$WORK/kept.fdl"
 expect_one_error_line "an unknown canvas" "A_4448x3096_1-3x_FramingChart.fdl" 'no canvas "7"'
+expect_exit 1 "an unknown decision" "$VANTEL" fdl apply "$SOURCE" "$TEMPLATE" --decision 1-7 -o "$WORK/kept.fdl"
+expect_one_error_line "an unknown decision" "A_4448x3096_1-3x_FramingChart.fdl" 'no framing decision "1-7"'
 expect_exit 1 "an unknown template" "$VANTEL" fdl apply "$SOURCE" "$TEMPLATE" --template hd -o "$WORK/kept.fdl"
 expect_one_error_line "an unknown template" "CANVAS-TEMPLATE.fdl" 'holds no canvas template "hd"$'
 expect_exit 1 "a template file without templates" "$VANTEL" fdl apply "$SOURCE" "$SOURCE" -o "$WORK/kept.fdl"

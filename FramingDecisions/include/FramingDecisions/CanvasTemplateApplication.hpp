@@ -33,7 +33,8 @@ FDLCanvas applyCanvasTemplate(const FDLCanvas& source, const FramingDecision& de
                               const CanvasTemplate& canvasTemplate, const std::string& canvasID);
 
 // Which canvas and decision a template is applied to. No canvas: the first
-// canvas of the first context; no decision: the canvas's first.
+// canvas of the first context, or the first holding the decision asked
+// for; no decision: the canvas's first.
 struct CanvasTemplateSource {
     std::optional<std::string> canvasID;
     std::optional<std::string> decisionID;
