@@ -54,7 +54,7 @@ constexpr Deviation deviations[] = {
     // Scen2-B snaps its framing in to whole pixels; framing scales fractionally, round is the canvas's (ASC 7.4.12).
     {"Scen2-", "framing.width", 0.690647}, {"Scen2-", "framing.height", 0.172662},
     {"Scen2-", "framing.x", -0.345324}, {"Scen2-", "framing.y", -0.086331},
-    // Scen4-E cuts its canvas rounding off the right and bottom though the template centres (ASC 7.4.1, 7.4.8).
+    // Scen4-E rounds its canvas off the right and bottom, so its centred framing is not centred (ASC 7.4.1, 7.4.8).
     {"Scen4-", "framing.x", -0.208549}, {"Scen4-", "framing.y", -0.472366}, {"Scen4-", "protection.y", -0.472366},
 };
 
