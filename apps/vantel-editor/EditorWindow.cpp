@@ -94,9 +94,7 @@ void EditorWindow::buildWidgets(GtkApplication* application) {
     GtkWidget* header = gtk_header_bar_new();
     GtkWidget* menu = gtk_menu_button_new();
     gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(menu), "open-menu-symbolic");
-    GMenuModel* commands = windowMenu();
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(menu), commands);
-    g_object_unref(commands);
+    setMenuOnFirstOpen(menu, windowMenu);
     gtk_menu_button_set_primary(GTK_MENU_BUTTON(menu), TRUE);  // F10 opens it
     gtk_header_bar_pack_end(GTK_HEADER_BAR(header), menu);
     GtkWidget* undo = gtk_button_new_from_icon_name("edit-undo-symbolic");

@@ -159,6 +159,16 @@ GdkContentProvider* dragRow(GtkDragSource* source, double, double, gpointer) {
 
 }  // namespace
 
+void setMenuOnFirstOpen(GtkWidget* menuButton, GMenuModel* (*makeMenu)()) {
+    auto makeNow = [](GtkMenuButton* button, gpointer make) {
+        GMenuModel* menu = reinterpret_cast<GMenuModel* (*)()>(make)();
+        gtk_menu_button_set_menu_model(button, menu);
+        g_object_unref(menu);
+    };
+    gtk_menu_button_set_create_popup_func(GTK_MENU_BUTTON(menuButton), makeNow, reinterpret_cast<gpointer>(makeMenu),
+                                          nullptr);
+}
+
 // Each row can be dragged by its guide's id and takes a dropped guide after
 // itself.
 void GuidePanels::addRows(const std::vector<AspectRatio>& guides, int depth) {
@@ -197,7 +207,6 @@ GuidePanels::GuidePanels(GuideEditing& editing, std::function<void()> selectionC
     gtk_box_append(GTK_BOX(root_), buildTree());
     gtk_box_append(GTK_BOX(root_), heading("Guide"));
     gtk_box_append(GTK_BOX(root_), buildInspector());
-    refresh();
 }
 
 GtkWidget* GuidePanels::buildCanvasPanel() {
@@ -247,9 +256,7 @@ GtkWidget* GuidePanels::buildInspector() {
     ratioHeight_ = spinButton(0.001, 1e6, 1, 3);
     GtkWidget* ratios = gtk_menu_button_new();
     gtk_menu_button_set_label(GTK_MENU_BUTTON(ratios), "Common");
-    GMenuModel* common = commonRatios();
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(ratios), common);
-    g_object_unref(common);
+    setMenuOnFirstOpen(ratios, commonRatios);
     gtk_widget_set_tooltip_text(ratios, "Ratios people frame with");
     outline_ = colorButton("Outline");
     weight_ = spinButton(0, 1000, 1, 1);

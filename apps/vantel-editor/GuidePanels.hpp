@@ -13,6 +13,11 @@
 
 namespace vantel::editor {
 
+// Gives a menu button the menu `makeMenu` makes when it first opens (by a
+// click or F10): no menu is seen before that, and a popover menu of many
+// items is a good part of a window's start-up.
+void setMenuOnFirstOpen(GtkWidget* menuButton, GMenuModel* (*makeMenu)());
+
 class GuidePanels {
 public:
     // `selectionChanged` runs when someone picks another guide in the tree.
