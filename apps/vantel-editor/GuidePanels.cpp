@@ -3,6 +3,7 @@
 #include <Platform/NumberText.hpp>
 
 #include <cmath>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -123,31 +124,65 @@ void drawOrientation(GtkDrawingArea* area, cairo_t* cairo, int, int, gpointer) {
     cairo_fill(cairo);
 }
 
-GtkWidget* orientationIcon(const AspectRatio& guide) {
+int orientationShape(const AspectRatio& guide) {
     std::string icon = guide.icon();
-    int shape = icon == "rectangle" ? 0 : icon == "rectangle.portrait" ? 1 : 2;
+    return icon == "rectangle" ? 0 : icon == "rectangle.portrait" ? 1 : 2;
+}
+
+GtkWidget* orientationIcon() {
     GtkWidget* area = gtk_drawing_area_new();
     gtk_drawing_area_set_content_width(GTK_DRAWING_AREA(area), 16);
     gtk_drawing_area_set_content_height(GTK_DRAWING_AREA(area), 16);
     gtk_widget_set_valign(area, GTK_ALIGN_CENTER);
-    g_object_set_data(G_OBJECT(area), "orientation", GINT_TO_POINTER(shape));
     gtk_drawing_area_set_draw_func(GTK_DRAWING_AREA(area), drawOrientation, nullptr, nullptr);
     return area;
 }
 
+// What a row of the tree shows of its guide.
+struct RowLook {
+    std::string id;
+    int depth = 0;
+    std::string text;
+    int shape = 0;
+};
+
+// The rows the tree should have, in order: each guide, then its children.
+void rowLooks(const std::vector<AspectRatio>& guides, int depth, std::vector<RowLook>& looks) {
+    for (const AspectRatio& guide : guides) {
+        looks.push_back({guide.id.uuidString(), depth, guide.formatted(), orientationShape(guide)});
+        if (guide.children) rowLooks(*guide.children, depth + 1, looks);
+    }
+}
+
 // A row of the tree: the orientation's icon and the guide's label, indented
-// by its depth.
-GtkWidget* guideRow(const AspectRatio& guide, int depth) {
+// by its depth; showLook() fills it in.
+GtkWidget* emptyRow() {
     GtkWidget* box = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 6);
-    gtk_widget_set_margin_start(box, 6 + 18 * depth);
-    gtk_box_append(GTK_BOX(box), orientationIcon(guide));
-    std::string text = guide.formatted();
-    GtkWidget* label = gtk_label_new(text.c_str());
+    GtkWidget* icon = orientationIcon();
+    GtkWidget* label = gtk_label_new("");
+    gtk_box_append(GTK_BOX(box), icon);
     gtk_box_append(GTK_BOX(box), label);
     GtkWidget* row = gtk_list_box_row_new();
     gtk_list_box_row_set_child(GTK_LIST_BOX_ROW(row), box);
-    g_object_set_data_full(G_OBJECT(row), "guide-id", g_strdup(guide.id.uuidString().c_str()), g_free);
+    g_object_set_data(G_OBJECT(row), "box", box);
+    g_object_set_data(G_OBJECT(row), "icon", icon);
+    g_object_set_data(G_OBJECT(row), "label", label);
     return row;
+}
+
+// Only what differs is set: an unchanged row costs GTK no new layout.
+void showLook(GtkWidget* row, const RowLook& look) {
+    auto* box = static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(row), "box"));
+    auto* icon = static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(row), "icon"));
+    auto* label = static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(row), "label"));
+    const char* id = static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id"));
+    if (!id || look.id != id) g_object_set_data_full(G_OBJECT(row), "guide-id", g_strdup(look.id.c_str()), g_free);
+    if (gtk_widget_get_margin_start(box) != 6 + 18 * look.depth) gtk_widget_set_margin_start(box, 6 + 18 * look.depth);
+    if (look.text != gtk_label_get_text(GTK_LABEL(label))) gtk_label_set_text(GTK_LABEL(label), look.text.c_str());
+    if (GPOINTER_TO_INT(g_object_get_data(G_OBJECT(icon), "orientation")) != look.shape) {
+        g_object_set_data(G_OBJECT(icon), "orientation", GINT_TO_POINTER(look.shape));
+        gtk_widget_queue_draw(icon);
+    }
 }
 
 const char* rowGuide(GtkWidget* row) { return static_cast<const char*>(g_object_get_data(G_OBJECT(row), "guide-id")); }
@@ -171,19 +206,16 @@ void setMenuOnFirstOpen(GtkWidget* menuButton, GMenuModel* (*makeMenu)()) {
 
 // Each row can be dragged by its guide's id and takes a dropped guide after
 // itself.
-void GuidePanels::addRows(const std::vector<AspectRatio>& guides, int depth) {
-    for (const AspectRatio& guide : guides) {
-        GtkWidget* row = guideRow(guide, depth);
-        GtkDragSource* source = gtk_drag_source_new();
-        gtk_drag_source_set_actions(source, GDK_ACTION_MOVE);
-        g_signal_connect(source, "prepare", G_CALLBACK(dragRow), nullptr);
-        gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(source));
-        GtkDropTarget* target = gtk_drop_target_new(G_TYPE_STRING, GDK_ACTION_MOVE);
-        g_signal_connect(target, "drop", G_CALLBACK(droppedOnRow), this);
-        gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(target));
-        gtk_list_box_append(GTK_LIST_BOX(tree_), row);
-        if (guide.children) addRows(*guide.children, depth + 1);
-    }
+GtkWidget* GuidePanels::newRow() {
+    GtkWidget* row = emptyRow();
+    GtkDragSource* source = gtk_drag_source_new();
+    gtk_drag_source_set_actions(source, GDK_ACTION_MOVE);
+    g_signal_connect(source, "prepare", G_CALLBACK(dragRow), nullptr);
+    gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(source));
+    GtkDropTarget* target = gtk_drop_target_new(G_TYPE_STRING, GDK_ACTION_MOVE);
+    g_signal_connect(target, "drop", G_CALLBACK(droppedOnRow), this);
+    gtk_widget_add_controller(row, GTK_EVENT_CONTROLLER(target));
+    return row;
 }
 
 gboolean GuidePanels::droppedOnRow(GtkDropTarget* target, const GValue* value, double, double, gpointer self) {
@@ -294,7 +326,7 @@ GtkWidget* GuidePanels::buildInspector() {
 void GuidePanels::refresh() {
     syncing_ = true;
     refreshCanvasPanel();
-    rebuildTree();
+    updateTree();
     refreshInspector();
     syncing_ = false;
 }
@@ -308,10 +340,43 @@ void GuidePanels::refreshCanvasPanel() {
     gtk_color_chooser_set_rgba(GTK_COLOR_CHOOSER(background_), &background);
 }
 
-void GuidePanels::rebuildTree() {
+// The rows follow the document in place: each guide keeps its row, moved
+// where the guide now is, and only rows of new guides are made. An edit
+// then changes a few rows, not every row of the tree (making 50 rows again
+// took most of an edit's time). A row whose guide is gone ends up past the
+// wanted ones and goes.
+void GuidePanels::updateTree() {
     bool hadFocus = gtk_widget_has_focus(tree_) || gtk_widget_get_focus_child(tree_);
-    while (GtkWidget* row = gtk_widget_get_first_child(tree_)) gtk_list_box_remove(GTK_LIST_BOX(tree_), row);
-    addRows(editing_.document()->ratios(), 0);
+    std::vector<RowLook> looks;
+    rowLooks(editing_.document()->ratios(), 0, looks);
+    std::map<std::string, GtkWidget*> rowsByGuide;
+    for (GtkWidget* row = gtk_widget_get_first_child(tree_); row; row = gtk_widget_get_next_sibling(row)) {
+        if (const char* id = rowGuide(row)) rowsByGuide.emplace(id, row);
+    }
+    GtkListBox* tree = GTK_LIST_BOX(tree_);
+    for (std::size_t index = 0; index < looks.size(); ++index) {
+        GtkWidget* row = nullptr;
+        // Taken out of the map once placed, so that a second guide with
+        // the same id gets a row of its own.
+        if (auto found = rowsByGuide.find(looks[index].id); found != rowsByGuide.end()) {
+            row = found->second;
+            rowsByGuide.erase(found);
+        }
+        auto position = int(index);
+        if (!row) {
+            row = newRow();
+            gtk_list_box_insert(tree, row, position);
+        } else if (GTK_WIDGET(gtk_list_box_get_row_at_index(tree, position)) != row) {
+            g_object_ref(row);
+            gtk_list_box_remove(tree, row);
+            gtk_list_box_insert(tree, row, position);
+            g_object_unref(row);
+        }
+        showLook(row, looks[index]);
+    }
+    while (GtkListBoxRow* stale = gtk_list_box_get_row_at_index(tree, int(looks.size()))) {
+        gtk_list_box_remove(tree, GTK_WIDGET(stale));
+    }
     selectRowOfSelection();
     if (hadFocus) focusTree();
 }

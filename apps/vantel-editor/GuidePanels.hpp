@@ -27,7 +27,8 @@ public:
 
     GtkWidget* widget() const { return root_; }
 
-    // Everything again from the document: tree, canvas values, inspector.
+    // Everything again from the document: tree, canvas values, inspector;
+    // the tree's rows are kept, moved and changed in place.
     void refresh();
     void focusTree();
     void focusExpression();
@@ -37,8 +38,8 @@ private:
     GtkWidget* buildCanvasPanel();
     GtkWidget* buildTree();
     GtkWidget* buildInspector();
-    void rebuildTree();
-    void addRows(const std::vector<AspectRatio>& guides, int depth);
+    void updateTree();
+    GtkWidget* newRow();
     void refreshCanvasPanel();
     void refreshInspector();
     void selectRowOfSelection();
