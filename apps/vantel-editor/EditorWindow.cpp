@@ -274,7 +274,8 @@ void EditorWindow::draw(cairo_t* cairo, int width, int height) {
     const QLPreviewReply* reply = shownReply();
     if (!reply) return;
     if (actualSize_ || !keepPicture(*reply, width, height)) {
-        bool drawn = preview::drawPicture(cairo, *reply, preview::pictureFrame(reply->contextSize, width, height, actualSize_));
+        preview::PictureFrame frame = preview::pictureFrame(reply->contextSize, width, height, actualSize_);
+        bool drawn = preview::drawPicture(cairo, *reply, frame);
         if (drawn && problems_.empty()) preview::notePictureDrawn();
     } else {
         cairo_set_source_surface(cairo, picture_, 0, 0);
