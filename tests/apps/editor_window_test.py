@@ -134,8 +134,8 @@ def design(folder):
 # passed, and the words typed then change that child.
 def tree_follows_moves(folder):
     path = os.path.join(folder, "moves.aspectratio")
-    subprocess.run([vantel, "new", "-o", path, "--guide", "16:9", "--guide", "4:3",
-                    "--guide", "1:1 in=2", "--guide", "2.39:1"], check=True, capture_output=True)
+    subprocess.run([vantel, "new", "-o", path, "--guide", "16:9 noclear", "--guide", "4:3 noclear",
+                    "--guide", "1:1 noclear in=2", "--guide", "2.39:1 noclear"], check=True, capture_output=True)
     process, window = start(path, black)
     try:
         keys(window, "alt+Down", "Up")
