@@ -71,9 +71,9 @@ def edit_times(folder):
         for line in process.stderr:
             words = line.split()
             if line.startswith(PREFIX) and words[2] == "edit-announced":
-                events.append(("edit", float(words[3])))
+                events.append(("edit", float(words[3]), float(words[5])))
             elif line.startswith(PREFIX) and words[2] == "refreshed":
-                events.append(("refreshed", float(words[3])))
+                events.append(("refreshed", float(words[3]), float(words[5])))
             elif line.startswith(PREFIX) and words[2] == "frame":
                 events.append(("frame", float(words[8]), float(words[4]), float(words[6])))
 
@@ -84,7 +84,7 @@ def edit_times(folder):
         subprocess.run(["xdotool", "key", "--window", window, "alt+Down" if step % 2 == 0 else "alt+Up"])
         time.sleep(0.3)
     process.kill()
-    latencies, refreshes, paints, cpus = [], [], [], []
+    latencies, refreshes, refresh_cpus, paints, cpus = [], [], [], [], []
     for at, event in enumerate(events):
         if event[0] != "edit":
             continue
@@ -93,13 +93,15 @@ def edit_times(folder):
         if frame and refreshed:
             latencies.append(frame[1] - event[1])
             refreshes.append(refreshed[1] - event[1])
+            refresh_cpus.append(refreshed[2] - event[2])
             paints.append(frame[2])
             cpus.append(frame[3])
     if len(latencies) < 15:
         sys.exit(f"only {len(latencies)} of 20 edits reached a frame")
     print(f"edit 3840x2160, 50 guides, {len(latencies)} edits: announcement to painted frame"
           f" {statistics.median(latencies):.1f} ms median, {max(latencies):.1f} max;"
-          f" panels refreshed {statistics.median(refreshes):.1f} ms after it;"
+          f" panels refreshed {statistics.median(refreshes):.1f} ms after it"
+          f" (processor {statistics.median(refresh_cpus):.1f});"
           f" paint {statistics.median(paints):.1f} ms (processor {statistics.median(cpus):.1f})")
 
 

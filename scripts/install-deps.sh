@@ -16,8 +16,6 @@ packages=(
   # vantel-preview, and driving its window in the tests: a headless X server,
   # screenshots, keys, the clipboard, the desktop database
   libgtk-4-dev xvfb xauth x11-apps xdotool xclip desktop-file-utils xdg-utils libglib2.0-bin
-  # vantel-editor: glib-compile-resources builds its icons into the program
-  libglib2.0-dev-bin
   # make fuzz: libFuzzer ships with clang's runtime libraries
   clang libclang-rt-14-dev
   # reading back the PDFs `vantel render` writes

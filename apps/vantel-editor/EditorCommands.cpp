@@ -169,6 +169,7 @@ void EditorWindow::addShortcuts() {
 
 void EditorWindow::setActualSize(bool actualSize) {
     actualSize_ = actualSize;
+    forgetPicture();
     GtkPolicyType policy = actualSize ? GTK_POLICY_AUTOMATIC : GTK_POLICY_NEVER;
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), policy, policy);
     CGSize canvas = editing_->document()->size().cg();

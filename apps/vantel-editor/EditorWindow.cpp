@@ -80,6 +80,7 @@ EditorWindow::EditorWindow(GtkApplication* application, std::optional<std::files
 
 EditorWindow::~EditorWindow() {
     forget();
+    forgetPicture();
     if (pendingRefresh_) g_source_remove(pendingRefresh_);
     if (pendingReload_) g_source_remove(pendingReload_);
     if (monitor_) {
@@ -94,9 +95,7 @@ void EditorWindow::buildWidgets(GtkApplication* application) {
     GtkWidget* header = gtk_header_bar_new();
     GtkWidget* menu = gtk_menu_button_new();
     gtk_menu_button_set_icon_name(GTK_MENU_BUTTON(menu), "open-menu-symbolic");
-    GMenuModel* commands = windowMenu();
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(menu), commands);
-    g_object_unref(commands);
+    setMenuOnFirstOpen(menu, windowMenu);
     gtk_menu_button_set_primary(GTK_MENU_BUTTON(menu), TRUE);  // F10 opens it
     gtk_header_bar_pack_end(GTK_HEADER_BAR(header), menu);
     GtkWidget* undo = gtk_button_new_from_icon_name("edit-undo-symbolic");
@@ -216,6 +215,7 @@ void EditorWindow::refresh() {
         CGSize canvas = editing_->document()->size().cg();
         gtk_widget_set_size_request(canvas_, int(std::ceil(canvas.width)), int(std::ceil(canvas.height)));
     }
+    forgetPicture();
     gtk_widget_queue_draw(canvas_);
     preview::markStage("refreshed");
 }
@@ -260,21 +260,55 @@ void EditorWindow::updateSelection() {
     gtk_widget_queue_draw(canvas_);
 }
 
+const QLPreviewReply* EditorWindow::shownReply() const {
+    if (!problems_.empty()) return partsReply_ ? &*partsReply_ : nullptr;
+    return reply_ ? &*reply_ : nullptr;
+}
+
 // A document that cannot be drawn shows its problems over the parts that
-// can be: the canvas and the guides without problems.
-void EditorWindow::draw(cairo_t* cairo, int width, int height) const {
-    if (!problems_.empty()) {
-        if (partsReply_) {
-            preview::drawPicture(cairo, *partsReply_,
-                                 preview::pictureFrame(partsReply_->contextSize, width, height, actualSize_));
-        }
-        return;
+// can be: the canvas and the guides without problems. The fitted picture is
+// drawn once per change of the document or the widget's size and kept: a
+// frame for anything else (another guide selected, a tooltip, a row's
+// highlight) paints the kept picture, a copy instead of every guide again.
+void EditorWindow::draw(cairo_t* cairo, int width, int height) {
+    const QLPreviewReply* reply = shownReply();
+    if (!reply) return;
+    if (actualSize_ || !keepPicture(*reply, width, height)) {
+        preview::PictureFrame frame = preview::pictureFrame(reply->contextSize, width, height, actualSize_);
+        bool drawn = preview::drawPicture(cairo, *reply, frame);
+        if (drawn && problems_.empty()) preview::notePictureDrawn();
+    } else {
+        cairo_set_source_surface(cairo, picture_, 0, 0);
+        cairo_paint(cairo);
     }
-    if (!reply_) return;
-    if (preview::drawPicture(cairo, *reply_, preview::pictureFrame(reply_->contextSize, width, height, actualSize_))) {
-        preview::notePictureDrawn();
+    if (problems_.empty()) drawSelection(cairo, width, height);
+}
+
+// False when no picture can be kept (no memory for it); then it is drawn
+// straight into the frame.
+bool EditorWindow::keepPicture(const QLPreviewReply& reply, int width, int height) {
+    if (picture_ && pictureWidth_ == width && pictureHeight_ == height) return true;
+    forgetPicture();
+    int scale = gtk_widget_get_scale_factor(canvas_);
+    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width * scale, height * scale);
+    if (cairo_surface_status(surface) != CAIRO_STATUS_SUCCESS) {
+        cairo_surface_destroy(surface);
+        return false;
     }
-    drawSelection(cairo, width, height);
+    cairo_surface_set_device_scale(surface, scale, scale);
+    cairo_t* onPicture = cairo_create(surface);
+    bool drawn = preview::drawPicture(onPicture, reply, preview::pictureFrame(reply.contextSize, width, height, false));
+    cairo_destroy(onPicture);
+    if (drawn && problems_.empty()) preview::notePictureDrawn();
+    picture_ = surface;
+    pictureWidth_ = width;
+    pictureHeight_ = height;
+    return true;
+}
+
+void EditorWindow::forgetPicture() {
+    if (picture_) cairo_surface_destroy(picture_);
+    picture_ = nullptr;
 }
 
 // Dashes of white over black, seen on any colour of guide or background.

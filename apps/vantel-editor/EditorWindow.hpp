@@ -64,7 +64,10 @@ private:
     void fileChangedOnDisk();
     void reloadFromDisk(OpenedDocument opened);
     void setActualSize(bool actualSize);
-    void draw(cairo_t* cairo, int width, int height) const;
+    void draw(cairo_t* cairo, int width, int height);
+    const QLPreviewReply* shownReply() const;
+    bool keepPicture(const QLPreviewReply& reply, int width, int height);
+    void forgetPicture();
     void drawSelection(cairo_t* cairo, int width, int height) const;
 
     static void drawCallback(GtkDrawingArea*, cairo_t* cairo, int width, int height, gpointer self);
@@ -95,6 +98,11 @@ private:
     GtkWidget* problemBar_ = nullptr;
     GtkWidget* selectionLabel_ = nullptr;
     GFileMonitor* monitor_ = nullptr;
+    // The picture as last drawn into the fitted canvas, and its size in
+    // widget pixels; none at 100 %, where it would be the canvas's size.
+    cairo_surface_t* picture_ = nullptr;
+    int pictureWidth_ = 0;
+    int pictureHeight_ = 0;
 };
 
 }  // namespace vantel::editor

@@ -13,6 +13,11 @@
 
 namespace vantel::editor {
 
+// Gives a menu button the menu `makeMenu` makes when it first opens (by a
+// click or F10): no menu is seen before that, so making its popover of many
+// items at start-up delayed the first frame for nothing.
+void setMenuOnFirstOpen(GtkWidget* menuButton, GMenuModel* (*makeMenu)());
+
 class GuidePanels {
 public:
     // `selectionChanged` runs when someone picks another guide in the tree.
@@ -22,7 +27,8 @@ public:
 
     GtkWidget* widget() const { return root_; }
 
-    // Everything again from the document: tree, canvas values, inspector.
+    // Everything again from the document: tree, canvas values, inspector;
+    // the tree's rows are kept, moved and changed in place.
     void refresh();
     void focusTree();
     void focusExpression();
@@ -32,8 +38,8 @@ private:
     GtkWidget* buildCanvasPanel();
     GtkWidget* buildTree();
     GtkWidget* buildInspector();
-    void rebuildTree();
-    void addRows(const std::vector<AspectRatio>& guides, int depth);
+    void updateTree();
+    GtkWidget* newRow();
     void refreshCanvasPanel();
     void refreshInspector();
     void selectRowOfSelection();

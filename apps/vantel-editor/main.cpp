@@ -75,10 +75,14 @@ int main(int argc, char** argv) {
     Arguments arguments = readArguments(argc, argv);
     if (!arguments.run) return arguments.status;
     vantel::preview::preferCairoRendering();
-    vantel::preview::skipAccessibilityWithoutBus();
+    vantel::preview::skipSessionBusWhenAbsent();
     std::optional<std::filesystem::path> file;
     if (arguments.file) file = vantel::preview::documentPath(*arguments.file);
     GtkApplication* application = gtk_application_new("org.vantel.Editor", G_APPLICATION_NON_UNIQUE);
+    // The editor has no resources: GTK would otherwise add the icon folder
+    // under the application's path to the icon theme, and read the theme,
+    // already read at start-up, once more for it.
+    g_application_set_resource_base_path(G_APPLICATION(application), nullptr);
     g_signal_connect(application, "activate", G_CALLBACK(activate), &file);
     char* programOnly[] = {argv[0], nullptr};
     int status = g_application_run(G_APPLICATION(application), 1, programOnly);

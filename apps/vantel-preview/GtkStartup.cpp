@@ -28,14 +28,19 @@ void preferCairoRendering() {
     g_setenv("GDK_DEBUG", "gl-disable", FALSE);
 }
 
-// Without a session bus no assistive technology can be listening, and GTK's
-// accessibility would try to start a bus (a child process) only to warn.
-void skipAccessibilityWithoutBus() {
+// Without a session bus no assistive technology can be listening and no one
+// can call the application. GTK's accessibility would start a bus of its own
+// (a child process) only to warn, and GLib, asked for the bus by GApplication
+// and by GDK's file transfer portal, would run `dbus-launch --autolaunch`
+// for each, forking the whole process twice to find none. An address of no
+// known transport fails at once, and both go on without the bus, as now.
+void skipSessionBusWhenAbsent() {
     if (std::getenv("DBUS_SESSION_BUS_ADDRESS")) return;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     std::error_code error;
     if (runtime && std::filesystem::exists(std::filesystem::path(runtime) / "bus", error)) return;
     g_setenv("GTK_A11Y", "none", FALSE);
+    g_setenv("DBUS_SESSION_BUS_ADDRESS", "none:", TRUE);
 }
 
 }  // namespace vantel::preview

@@ -14,7 +14,8 @@ std::filesystem::path documentPath(const std::string& argument);
 // GSK_RENDERER or GDK_DEBUG say otherwise.
 void preferCairoRendering();
 
-// No accessibility bus to start when there is no session bus.
-void skipAccessibilityWithoutBus();
+// Without a session bus, no accessibility bus to start and no attempt to
+// start a session bus either.
+void skipSessionBusWhenAbsent();
 
 }  // namespace vantel::preview

@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
     Arguments arguments = readArguments(argc, argv);
     if (!arguments.file) return arguments.status;
     vantel::preview::preferCairoRendering();
-    vantel::preview::skipAccessibilityWithoutBus();
+    vantel::preview::skipSessionBusWhenAbsent();
     Launch launch{vantel::preview::documentPath(*arguments.file), nullptr};
     GtkApplication* application = gtk_application_new("org.vantel.Preview", G_APPLICATION_NON_UNIQUE);
     g_signal_connect(application, "activate", G_CALLBACK(activate), &launch);

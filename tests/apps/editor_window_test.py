@@ -1,6 +1,7 @@
 """Drives vantel-editor in a headless X server with keys, as a person would:
 a new document at a missing path, Insert, a 2.39:1 guide in red, a 16:9
 child with a 3 x 3 grid, Ctrl+S (checked through `vantel info --json`),
+the tree's rows after a guide moved,
 Ctrl+E (the same bytes as `vantel render`), Delete and Ctrl+Z, a change on
 disk, and the prompt before closing with unsaved changes. Then documents
 that cannot be drawn or read: their problems as `vantel validate` words
@@ -128,6 +129,28 @@ def design(folder):
     return designed
 
 
+# The tree keeps its rows through an edit and moves them: Up after Alt+Down
+# selects the row now above the moved guide, the child of the guide it
+# passed, and the words typed then change that child.
+def tree_follows_moves(folder):
+    path = os.path.join(folder, "moves.aspectratio")
+    subprocess.run([vantel, "new", "-o", path, "--guide", "16:9 noclear", "--guide", "4:3 noclear",
+                    "--guide", "1:1 noclear in=2", "--guide", "2.39:1 noclear"], check=True, capture_output=True)
+    process, window = start(path, black)
+    try:
+        keys(window, "alt+Down", "Up")
+        typed(window, "weight=7")
+        wait_for("the unsaved mark", title_says(window, False), 10)
+        keys(window, "ctrl+s")
+        wait_for("the saved title", title_says(window, True), 10)
+        guides = info(path)["guides"]
+        assert [g["ratioWidth"] for g in guides] == [4.0, 16.0, 2.39], guides
+        assert [g["weight"] for g in guides[0]["children"]] + [g["weight"] for g in guides] == \
+            [7.0, 2.0, 2.0, 2.0], guides
+    finally:
+        process.kill()
+
+
 # A document read as a binary property list is saved as one.
 def keeps_binary(designed):
     path = designed.replace("designed", "binary")
@@ -232,6 +255,7 @@ def bad_documents(folder):
 folder = tempfile.mkdtemp()
 try:
     designed = design(folder)
+    tree_follows_moves(folder)
     keeps_binary(designed)
     asks_before_reload(designed)
     exports_as_render(designed)
