@@ -3,6 +3,7 @@
 #include "CanvasPicture.hpp"
 #include "DocumentFile.hpp"
 #include "PixelRect.hpp"
+#include "ProblemBar.hpp"
 #include "Timing.hpp"
 
 #include <VantelPreview/PreviewProvider.hpp>
@@ -33,15 +34,6 @@ GMenuModel* windowMenu() {
         g_object_unref(entry);
     }
     return G_MENU_MODEL(menu);
-}
-
-void styleProblemBar(GtkWidget* bar) {
-    GtkCssProvider* style = gtk_css_provider_new();
-    gtk_css_provider_load_from_data(
-        style, "label.problem-bar { background: rgba(120, 0, 0, 0.9); color: white; padding: 6px 10px; }", -1);
-    gtk_style_context_add_provider_for_display(gtk_widget_get_display(bar), GTK_STYLE_PROVIDER(style),
-                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-    g_object_unref(style);
 }
 
 std::string joinedLines(const std::vector<std::string>& lines) {
@@ -113,13 +105,7 @@ void EditorWindow::buildWidgets(GtkApplication* application) {
     scroller_ = gtk_scrolled_window_new();
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller_), canvas_);
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), GTK_POLICY_NEVER, GTK_POLICY_NEVER);
-    problemBar_ = gtk_label_new("");
-    gtk_label_set_wrap(GTK_LABEL(problemBar_), TRUE);
-    gtk_label_set_selectable(GTK_LABEL(problemBar_), TRUE);
-    gtk_label_set_xalign(GTK_LABEL(problemBar_), 0);
-    gtk_widget_set_valign(problemBar_, GTK_ALIGN_END);
-    gtk_widget_add_css_class(problemBar_, "problem-bar");
-    styleProblemBar(problemBar_);
+    problemBar_ = preview::newProblemBar();
     GtkWidget* overlay = gtk_overlay_new();
     gtk_overlay_set_child(GTK_OVERLAY(overlay), scroller_);
     gtk_overlay_add_overlay(GTK_OVERLAY(overlay), problemBar_);

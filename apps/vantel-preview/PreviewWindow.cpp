@@ -2,6 +2,7 @@
 
 #include "CanvasPicture.hpp"
 #include "FolderOrder.hpp"
+#include "ProblemBar.hpp"
 #include "Timing.hpp"
 
 #include <CoreGraphicsRendering/ImageEncoding.hpp>
@@ -38,15 +39,6 @@ GdkRectangle screenArea(GtkWidget* widget) {
     return area;
 }
 
-void styleProblemBar(GtkWidget* bar) {
-    GtkCssProvider* style = gtk_css_provider_new();
-    gtk_css_provider_load_from_data(
-        style, "label.problem-bar { background: rgba(120, 0, 0, 0.9); color: white; padding: 6px 10px; }", -1);
-    gtk_style_context_add_provider_for_display(gtk_widget_get_display(bar), GTK_STYLE_PROVIDER(style),
-                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-    g_object_unref(style);
-}
-
 }  // namespace
 
 PreviewWindow::PreviewWindow(GtkApplication* application, std::filesystem::path file) {
@@ -71,15 +63,7 @@ void PreviewWindow::buildWidgets(GtkApplication* application) {
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller_), canvas_);
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller_), GTK_POLICY_NEVER, GTK_POLICY_NEVER);
     gtk_widget_set_vexpand(scroller_, TRUE);
-    problemBar_ = gtk_label_new("");
-    gtk_label_set_wrap(GTK_LABEL(problemBar_), TRUE);
-    gtk_label_set_selectable(GTK_LABEL(problemBar_), TRUE);
-    gtk_label_set_xalign(GTK_LABEL(problemBar_), 0);
-    gtk_widget_set_visible(problemBar_, FALSE);
-    gtk_widget_set_valign(problemBar_, GTK_ALIGN_END);
-    gtk_widget_set_halign(problemBar_, GTK_ALIGN_FILL);
-    gtk_widget_add_css_class(problemBar_, "problem-bar");
-    styleProblemBar(problemBar_);
+    problemBar_ = newProblemBar();
     // The bar floats over the picture, so that showing it does not move or
     // shrink the last good picture.
     GtkWidget* overlay = gtk_overlay_new();
