@@ -78,22 +78,23 @@ for big, small in zip(full["framing_decisions"], half["framing_decisions"], stri
 PY
 
 # A canvas of fractional size becomes the whole pixels a picture of it has,
-# and no guide reaches past them by a rounding error.
+# and no guide, wide or tall, reaches past them by a rounding error.
 "$PYTHON" - "$WORK/fraction.aspectratio" <<'PY'
 import plistlib, sys
-guide = {"id": "00000000-0000-4000-8000-000000000001", "width": 2.39, "height": 1.0,
-         "color": {"red": 1.0, "green": 0.0, "blue": 0.0, "alpha": 1.0}, "weight": 2.0}
+guides = [{"id": f"00000000-0000-4000-8000-00000000000{n}", "width": width, "height": height,
+           "color": {"red": 1.0, "green": 0.0, "blue": 0.0, "alpha": 1.0}, "weight": 2.0}
+          for n, (width, height) in enumerate([(2.39, 1.0), (1.0, 2.0)], 1)]
 with open(sys.argv[1], "wb") as f:
-    plistlib.dump({"size": {"width": 100.5, "height": 50.4, "margin": 0.0}, "ratios": [guide]}, f)
+    plistlib.dump({"size": {"width": 100.5, "height": 50.7, "margin": 0.0}, "ratios": guides}, f)
 PY
 expect_exit 0 "render a fractional canvas" "$VANTEL" render "$WORK/fraction.aspectratio" -o "$WORK/fraction.fdl"
 "$PYTHON" - "$WORK/fraction.fdl" <<'PY' || fail "a fractional canvas: a guide reaches past the canvas"
 import json, sys
 canvas = json.load(open(sys.argv[1]))["contexts"][0]["canvases"][0]
-assert canvas["dimensions"] == {"width": 101, "height": 50}, canvas["dimensions"]
+assert canvas["dimensions"] == {"width": 101, "height": 51}, canvas["dimensions"]
 for decision in canvas["framing_decisions"]:
     (x, y), (w, h) = decision["anchor_point"].values(), decision["dimensions"].values()
-    assert x + w <= 101 and y + h <= 50, decision
+    assert x + w <= 101 and y + h <= 51, decision
 PY
 
 # Guides nested deeper than a path id can name (32 characters) still get ids.
@@ -102,6 +103,20 @@ for level in $(seq 1 20); do guides+=(--guide "1:1 in=$level"); done
 "$VANTEL" new -o "$WORK/deep.aspectratio" "${guides[@]}"
 expect_exit 0 "render deep guides" "$VANTEL" render "$WORK/deep.aspectratio" -o "$WORK/deep.fdl"
 expect_exit 0 "validate deep guides" "$VANTEL" validate "$WORK/deep.fdl"
+"$PYTHON" - "$WORK/deep.fdl" <<'PY' || fail "deep guides: their ids are not their places in drawing order"
+import json, sys
+ids = [intent["id"] for intent in json.load(open(sys.argv[1]))["framing_intents"]]
+assert ids[15:] == ["_".join(["1"] * 16)] + [f"guide{n}" for n in range(17, 22)], ids
+PY
+
+# Ratios whose exact terms are as large as 32-bit sides go are kept exact.
+"$VANTEL" new -o "$WORK/extreme.aspectratio" --canvas 4096x2160 --guide '2147483647:2' --guide '2:2147483647'
+expect_exit 0 "render extreme ratios" "$VANTEL" render "$WORK/extreme.aspectratio" -o "$WORK/extreme.fdl"
+"$PYTHON" - "$WORK/extreme.fdl" <<'PY' || fail "extreme ratios: the intents are not exact"
+import json, sys
+ratios = [tuple(i["aspect_ratio"].values()) for i in json.load(open(sys.argv[1]))["framing_intents"]]
+assert ratios == [(2147483647, 2), (2, 2147483647)], ratios
+PY
 
 # A list is drawn, not written as a list again; nothing is written.
 expect_exit 2 "list to .fdl" "$VANTEL" render "$WORK/shot.fdl" -o "$WORK/again.fdl"
