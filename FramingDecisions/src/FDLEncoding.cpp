@@ -202,7 +202,11 @@ const CodingValue* counterpart(const CodingValue& item, std::size_t index, const
 }
 
 CodingValue arrangedArray(CodingValue::Array fresh, const CodingValue::Array& asRead) {
-    for (std::size_t i = 0; i < fresh.size(); ++i) fresh[i] = arranged(std::move(fresh[i]), counterpart(fresh[i], i, asRead));
+    for (std::size_t i = 0; i < fresh.size(); ++i) {
+        // Found before the item moves: arguments may be taken in either order.
+        const CodingValue* asReadItem = counterpart(fresh[i], i, asRead);
+        fresh[i] = arranged(std::move(fresh[i]), asReadItem);
+    }
     return CodingValue::array(std::move(fresh));
 }
 

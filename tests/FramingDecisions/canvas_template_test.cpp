@@ -114,10 +114,18 @@ TEST(CanvasTemplateTest, TheNewCanvasFollowsItsSourceUnderAnIDOfItsOwnAndTheList
     EXPECT_EQ(ids, (std::vector<std::string>{"1", "1_VX220310_2", "1_VX220310", "2"}));
     EXPECT_EQ(canvases[1].framingDecisions.at(0).id, "1_VX220310_2-1");
     EXPECT_EQ(canvases[1].dimensions, (FDLDimensions{3840, 2160}));
+    // Ids stay within 32 characters, the number after the cut.
+    CanvasTemplate longNamed = uhd;
+    longNamed.id = std::string(40, 'L');
+    FramingDecisionList cut = withCanvasTemplateApplied(list, {"1", std::nullopt}, longNamed);
+    cut = withCanvasTemplateApplied(cut, {"1", std::nullopt}, longNamed);
+    EXPECT_EQ(cut.contexts[0].canvases[1].id, "1_" + std::string(28, 'L') + "_2");
     // Padded to the maximum, the canvas is the maximum: rounding to even has no say.
-    uhd.maximumDimensions = FDLDimensions{3841, 2161};
     const FDLCanvas& source = list.contexts[0].canvases[0];
-    EXPECT_EQ(applyCanvasTemplate(source, source.framingDecisions[0], uhd, "odd").dimensions, (FDLDimensions{3841, 2161}));
+    for (FDLDimensions maximum : {FDLDimensions{3841, 2161}, FDLDimensions{1, 1}}) {
+        uhd.maximumDimensions = maximum;
+        EXPECT_EQ(applyCanvasTemplate(source, source.framingDecisions[0], uhd, "odd").dimensions, maximum);
+    }
     // Without an effective area of its own, the source gets the pixels its picture covers, and a scaling
     // crumb (1.3 x 2014 x 2160 / 1007 is 5616 less 1e-12) claims no column more.
     CanvasTemplate padded = sample("templates/Scen11-RESULT-J_4320x3456_2x_FramingChart.fdl").canvasTemplates.at(0);
@@ -149,10 +157,35 @@ TEST(CanvasTemplateTest, ALayerOrChoiceTheSourceLacksIsRefusedSayingWhich) {
     EXPECT_STREQ(thrownBy<CanvasTemplateError>([&] { withCanvasTemplateApplied(list, {}, fitsProtection); }).what(),
                  "the template fits framing_decision.protection_dimensions, which decision \"1-1\" does not have");
 
+    EXPECT_STREQ(thrownBy<CanvasTemplateError>([&] { withCanvasTemplateApplied(list, {}, CanvasTemplate{}); }).what(),
+                 "\"\" is not a layer a template can name");
     fitsProtection.fitSource = "canvas.dimensions";
     fitsProtection.fitMethod = "fill";
     fitsProtection.targetDimensions.height = 0;
     EXPECT_THROW(withCanvasTemplateApplied(list, {}, fitsProtection), CanvasTemplateError);
     EXPECT_THROW(withCanvasTemplateApplied(list, {"9", std::nullopt}, fitsProtection), CanvasTemplateError);
     EXPECT_THROW(withCanvasTemplateApplied(list, {"1", "1-9"}, fitsProtection), CanvasTemplateError);
+}
+
+// Cropped to the maximum, the canvas stays covered by what it was made of,
+// even where the alignment would move the fitted layer the other way.
+TEST(CanvasTemplateTest, ACropKeepsTheCanvasCovered) {
+    FDLCanvas source;
+    source.id = "c";
+    source.dimensions = {1000, 500};
+    FramingDecision& decision = source.framingDecisions.emplace_back();
+    decision.id = "c-1";
+    decision.dimensions = {800, 500};
+    CanvasTemplate crop;
+    crop.targetDimensions = {1000, 500};
+    crop.fitSource = "framing_decision.dimensions";
+    crop.fitMethod = "height";
+    crop.alignmentMethodHorizontal = "right";
+    crop.preserveFromSourceCanvas = "canvas.dimensions";
+    crop.maximumDimensions = FDLDimensions{999, 500};  // a crop of one pixel is a crop too
+    crop.round = CanvasTemplateRound{"whole", "up"};
+    FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions[0], crop, "cropped");
+    EXPECT_EQ(made.dimensions, (FDLDimensions{999, 500}));
+    EXPECT_EQ(made.effectiveArea(), made.area());
+    EXPECT_EQ(made.framingDecisions.at(0).framing(), (FDLRect{{0, 0}, {800, 500}}));
 }

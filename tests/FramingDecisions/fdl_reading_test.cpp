@@ -130,6 +130,9 @@ TEST(FDLReadingTest, OldVersionsAndUserPropertiesAreReadLeniently) {
 TEST(FDLReadingTest, ListsAreRecognisedByNameOrContent) {
     auto bytes = [](std::string text) { return Data(text.begin(), text.end()); };
     EXPECT_TRUE(isFramingDecisionList(bytes("garbage"), "shot.FDL"));
+    EXPECT_TRUE(isFramingDecisionList(bytes("garbage"), ".fdl"));  // as the glob *.fdl takes it
+    EXPECT_FALSE(isFramingDecisionList(bytes(""), "stdin"));
+    EXPECT_FALSE(isFramingDecisionList(bytes("{\"uuid\": "), "stdin"));
     EXPECT_TRUE(isFramingDecisionList(bytes(" {\"version\": {}, \"uuid\": \"\"}"), "stdin"));
     EXPECT_FALSE(isFramingDecisionList(bytes("{\"uuid\": \"\"}"), "stdin"));
     EXPECT_FALSE(isFramingDecisionList(bytes("<?xml version=\"1.0\"?><plist/>"), "shot.aspectratio"));

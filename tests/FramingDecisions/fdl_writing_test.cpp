@@ -50,6 +50,7 @@ TEST(FDLWritingTest, AListWrittenBackIsItsFileByteForByteAndKeepsMembersOrderAnd
     added.dimensions.width = 1920;
     read.document->contexts[0].canvases.push_back(added);
     read.document->contexts[0].canvases[0].framingDecisions[0].anchorPoint.x = 320.5;
+    read.document->canvasTemplates.emplace_back().id = "hd";  // the file has none
 
     CodingValue written = JSONDecoder().parse(encodeFramingDecisionList(*read.document, &read.json));
     const CodingValue::Array& canvases = written.find("contexts")->asArray()[0].find("canvases")->asArray();
@@ -66,18 +67,26 @@ TEST(FDLWritingTest, AListWrittenBackIsItsFileByteForByteAndKeepsMembersOrderAnd
     EXPECT_EQ(keys, (std::vector<std::string>{"label", "id", "source_canvas_id", "dimensions", "anamorphic_squeeze",
                                               "framing_decisions"}));
     EXPECT_EQ(*canvases[1].find("anamorphic_squeeze"), CodingValue::real(1));
+    EXPECT_EQ(written.find("canvas_templates")->asArray().size(), 1u);
 }
 
 TEST(FDLWritingTest, AListMadeHereReadsBackAsItselfWithoutProblems) {
     FDLReadResult read = readFramingDecisionList(sample("A65_effective-area_wdesqueeze.fdl"));
     FramingDecisionList list = *read.document;
-    list.userProperties.emplace_back("_vantel", CodingValue::string("made here"));
     CanvasTemplate hd;
     hd.id = "hd";
     hd.targetDimensions = {1920, 1080};
     hd.fitSource = "framing_decision.dimensions";
     hd.fitMethod = "fit_all";
+    hd.maximumDimensions = FDLDimensions{2048, 1152};
+    hd.padToMaximum = true;
     list.canvasTemplates.push_back(hd);
+    FDLCanvas& canvas = list.contexts[0].canvases[0];
+    for (FDLUserProperties* properties : {&list.userProperties, &list.framingIntents[0].userProperties,
+                                          &list.contexts[0].userProperties, &canvas.userProperties,
+                                          &canvas.framingDecisions[0].userProperties, &list.canvasTemplates[0].userProperties}) {
+        properties->emplace_back("_vantel", CodingValue::string("made here"));
+    }
 
     Data bytes = encodeFramingDecisionList(list);
     FDLReadResult again = readFramingDecisionList(bytes);
@@ -85,7 +94,9 @@ TEST(FDLWritingTest, AListMadeHereReadsBackAsItselfWithoutProblems) {
     for (const FDLProblem& problem : again.problems) {
         EXPECT_NE(problem.severity, FDLProblem::Severity::error) << problem.text();
     }
-    EXPECT_EQ(encodedList(*again.document), encodedList(list));
+    EXPECT_TRUE(*again.document == list);
     EXPECT_EQ(again.json.asDictionary().back().first, "_vantel");
+    EXPECT_EQ(*again.json.find("canvas_templates")->asArray()[0].find("maximum_dimensions"),
+              CodingValue::dictionary({{"width", CodingValue::integer(2048)}, {"height", CodingValue::integer(1152)}}));
     EXPECT_EQ(bytes.back(), '\n');
 }

@@ -6,15 +6,24 @@
 #include <Thrown.hpp>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <future>
+#include <iterator>
+#include <thread>
 #include <unistd.h>
 
 using namespace vantel;
 using vantel::testing::thrownBy;
 
 namespace {
+
+std::size_t threadCount() {
+    auto threads = std::filesystem::directory_iterator("/proc/self/task");
+    return static_cast<std::size_t>(std::distance(begin(threads), end(threads)));
+}
 
 std::shared_ptr<Task> shell(const std::string& script) {
     auto task = std::make_shared<Task>();
@@ -52,6 +61,8 @@ TEST(ProcessTest, StandardInputIsLeftAsConfigured) {
               static_cast<ssize_t>(text.size()));
     task->standardInput->fileHandleForWriting->close();
     EXPECT_EQ(run(task, false).responseString(), "QUIET PLEASE");
+    // Closed, a handle holds no descriptor: closing it again must not close another one.
+    EXPECT_EQ(task->standardInput->fileHandleForWriting->descriptor(), -1);
 }
 
 TEST(ProcessDeathTest, VerboseLinesReachTheOutputBeforeAFatalStop) {
@@ -65,6 +76,9 @@ TEST(ProcessDeathTest, VerboseLinesReachTheOutputBeforeAFatalStop) {
         "without a launch path");
     Data written = readData(std::filesystem::path(captured));
     EXPECT_EQ(std::string(written.begin(), written.end()), "Working path not set\n");
+    auto withoutArguments = std::make_shared<Task>();
+    withoutArguments->launchPath = "/bin/true";
+    EXPECT_DEATH(run(withoutArguments, true), "without a launch path or arguments");
 }
 
 TEST(ProcessTest, VerboseLinesAndTheWorkingDirectory) {
@@ -117,6 +131,19 @@ TEST(ProcessTest, TerminalTitlesFromAWatchedHandle) {
     send("\033]0;link\007");
     ASSERT_EQ(secondFound.wait_for(std::chrono::seconds(5)), std::future_status::ready);
     EXPECT_EQ(secondFound.get(), "link");
+
+    // Watched twice, and each chunk re-arms it once per observer: still one
+    // reader. Two would race for the chunks, and every chunk would add one.
+    static std::atomic<int> heard{0};
+    readTitle(pipe.fileHandleForReading, [](const std::string&) { ++heard; });
+    const std::size_t threadsBefore = threadCount();
+    for (int chunk = 1; chunk <= 10; ++chunk) {
+        send("\033]0;again\007");
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (heard < chunk && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+        ASSERT_EQ(heard.load(), chunk);
+    }
+    EXPECT_LE(threadCount(), threadsBefore + 2);
     pipe.fileHandleForWriting->close();  // ends the background reader
 }
 

@@ -102,6 +102,20 @@ for level in $(seq 1 20); do guides+=(--guide "1:1 in=$level"); done
 "$VANTEL" new -o "$WORK/deep.aspectratio" "${guides[@]}"
 expect_exit 0 "render deep guides" "$VANTEL" render "$WORK/deep.aspectratio" -o "$WORK/deep.fdl"
 expect_exit 0 "validate deep guides" "$VANTEL" validate "$WORK/deep.fdl"
+"$PYTHON" - "$WORK/deep.fdl" <<'PY' || fail "deep guides: their ids are not their places in drawing order"
+import json, sys
+ids = [intent["id"] for intent in json.load(open(sys.argv[1]))["framing_intents"]]
+assert ids[15:] == ["_".join(["1"] * 16)] + [f"guide{n}" for n in range(17, 22)], ids
+PY
+
+# Ratios whose exact terms are as large as 32-bit sides go are kept exact.
+"$VANTEL" new -o "$WORK/extreme.aspectratio" --canvas 4096x2160 --guide '2147483647:2' --guide '2:2147483647'
+expect_exit 0 "render extreme ratios" "$VANTEL" render "$WORK/extreme.aspectratio" -o "$WORK/extreme.fdl"
+"$PYTHON" - "$WORK/extreme.fdl" <<'PY' || fail "extreme ratios: the intents are not exact"
+import json, sys
+ratios = [tuple(i["aspect_ratio"].values()) for i in json.load(open(sys.argv[1]))["framing_intents"]]
+assert ratios == [(2147483647, 2), (2, 2147483647)], ratios
+PY
 
 # A list is drawn, not written as a list again; nothing is written.
 expect_exit 2 "list to .fdl" "$VANTEL" render "$WORK/shot.fdl" -o "$WORK/again.fdl"

@@ -56,6 +56,7 @@ struct FramingIntent {
     FDLDimensions aspectRatio;  // whole numbers: an exact ratio
     double protection = 0;      // the share of the canvas kept around the framing
     FDLUserProperties userProperties;
+    friend bool operator==(const FramingIntent&, const FramingIntent&) = default;
 };
 
 struct FileSequence {
@@ -63,6 +64,7 @@ struct FileSequence {
     std::string idx;    // the character that stands for the frame digits
     std::int64_t min = 0;
     std::int64_t max = 0;
+    friend bool operator==(const FileSequence&, const FileSequence&) = default;
 };
 
 struct ClipID {
@@ -70,6 +72,7 @@ struct ClipID {
     std::optional<std::string> file;
     std::optional<FileSequence> sequence;
     FDLUserProperties userProperties;
+    friend bool operator==(const ClipID&, const ClipID&) = default;
 };
 
 struct FramingDecision {
@@ -81,6 +84,7 @@ struct FramingDecision {
     std::optional<FDLDimensions> protectionDimensions;
     std::optional<FDLPoint> protectionAnchorPoint;
     FDLUserProperties userProperties;
+    friend bool operator==(const FramingDecision&, const FramingDecision&) = default;
 
     FDLRect framing() const { return {anchorPoint, dimensions}; }
     std::optional<FDLRect> protection() const;
@@ -98,6 +102,7 @@ struct FDLCanvas {
     double anamorphicSqueeze = 1;                      // horizontal
     std::vector<FramingDecision> framingDecisions;
     FDLUserProperties userProperties;
+    friend bool operator==(const FDLCanvas&, const FDLCanvas&) = default;
 
     FDLRect area() const { return {{}, dimensions}; }
     // The effective area, or the whole canvas when there is none.
@@ -112,11 +117,13 @@ struct FDLContext {
     std::optional<ClipID> clipID;
     std::vector<FDLCanvas> canvases;
     FDLUserProperties userProperties;
+    friend bool operator==(const FDLContext&, const FDLContext&) = default;
 };
 
 struct CanvasTemplateRound {
     std::string even = "even";  // "whole" or "even"
     std::string mode = "up";    // "up", "down" or "round"
+    friend bool operator==(const CanvasTemplateRound&, const CanvasTemplateRound&) = default;
 };
 
 struct CanvasTemplate {
@@ -133,6 +140,7 @@ struct CanvasTemplate {
     bool padToMaximum = false;
     std::optional<CanvasTemplateRound> round;
     FDLUserProperties userProperties;
+    friend bool operator==(const CanvasTemplate&, const CanvasTemplate&) = default;
 };
 
 struct FramingDecisionList {
@@ -144,6 +152,7 @@ struct FramingDecisionList {
     std::vector<FDLContext> contexts;
     std::vector<CanvasTemplate> canvasTemplates;
     FDLUserProperties userProperties;
+    friend bool operator==(const FramingDecisionList&, const FramingDecisionList&) = default;
 
     const FramingIntent* intent(const std::string& id) const;
 };
