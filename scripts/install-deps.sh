@@ -6,6 +6,8 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config
   libplist-dev nlohmann-json3-dev libxml2-dev libicu-dev libssl-dev
+  # icupkg and genccode: the vantel command links a trimmed copy of ICU's data
+  icu-devtools
   libcairo2-dev libdeflate-dev libtiff-dev libgif-dev libjpeg62-turbo-dev libopenjp2-7-dev
   libpng-dev libcli11-dev libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-plist

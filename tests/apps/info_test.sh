@@ -56,4 +56,13 @@ grep -q "^$WORK/missing.aspectratio: cannot read" "$WORK/stderr" || fail "missin
 status=0
 "$VANTEL" info 2>/dev/null || status=$?
 [ "$status" -eq 2 ] || fail "no document: exit status $status, expected 2"
+
+# Ratio texts are written as the reader's language writes numbers, from the
+# locale data linked into the command (a trimmed copy of ICU's).
+"$VANTEL" new -o "$WORK/scope.aspectratio" --guide '2.39:1' || fail "new --guide 2.39:1"
+for reader in "de_DE.UTF-8 2,39∶1" "ar_EG.UTF-8 ٢٫٣٩∶١" "C 2.39∶1"; do
+  LC_ALL=${reader%% *} "$VANTEL" info "$WORK/scope.aspectratio" >"$WORK/stdout" 2>"$WORK/stderr" \
+    || fail "info in ${reader%% *}: $(cat "$WORK/stderr")"
+  grep -q "^└─ ${reader#* } at 1840.0 x 769.87 px" "$WORK/stdout" || fail "info in ${reader%% *}: $(tail -1 "$WORK/stdout")"
+done
 finish
