@@ -38,6 +38,10 @@ install(FILES ${PROJECT_BINARY_DIR}/VantelConfig.cmake ${PROJECT_BINARY_DIR}/Van
 # The .pc file finds the prefix from its own place, so that
 # `cmake --install --prefix` anywhere gives a working file.
 file(RELATIVE_PATH VANTEL_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+set(VANTEL_PC_RUNTIME "")
+if(VANTEL_SANITIZERS)
+  set(VANTEL_PC_RUNTIME " -fsanitize=${VANTEL_SANITIZERS}")  # as for CMake consumers
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vantel.pc.in ${PROJECT_BINARY_DIR}/vantel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vantel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT sdk EXCLUDE_FROM_ALL)

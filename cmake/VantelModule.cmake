@@ -22,6 +22,11 @@ function(vantel_module name)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
   target_compile_features(${name} PUBLIC cxx_std_20)
+  if(VANTEL_SANITIZERS)
+    # Instrumented archives call into the sanitizers' runtime, so every
+    # program linking them needs it, installed consumers included.
+    target_link_options(${name} INTERFACE -fsanitize=${VANTEL_SANITIZERS})
+  endif()
 endfunction()
 
 # One GoogleTest executable per test source: add_vantel_test(Graphics2 color)
