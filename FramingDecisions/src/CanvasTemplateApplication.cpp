@@ -88,15 +88,17 @@ void moveOrigin(Geometry& geometry, FDLPoint origin) {
 }
 
 // Desqueezed from the source's squeeze, scaled, squeezed to the target's.
-// The factor is kept as the ratio it is made of: value x a / b is exact for
-// whole pixel values where value x (a / b) is not, and a canvas 1e-13 above
-// a whole number would round up to the next even one.
+// Each axis's factor is kept as the ratio it is made of: value x a / b is
+// exact for whole pixel values where value x (a / b) is not, and a canvas
+// 1e-13 above a whole number would round up to the next one. The axis the
+// template fits by leaves the squeezes out, since they cancel on it: 1028
+// squeezed pixels fitted to 3840 are 3840, not 3839.9999999999995.
 struct Scaling {
-    double numerator = 1, denominator = 1;
-    double sourceSqueeze = 1, targetSqueeze = 1;
+    double horizontalNumerator = 1, horizontalDenominator = 1;
+    double verticalNumerator = 1, verticalDenominator = 1;
 
-    double x(double value) const { return value * sourceSqueeze * numerator / (denominator * targetSqueeze); }
-    double y(double value) const { return value * numerator / denominator; }
+    double x(double value) const { return value * horizontalNumerator / horizontalDenominator; }
+    double y(double value) const { return value * verticalNumerator / verticalDenominator; }
     void apply(Area& area) const {
         area.size = {x(area.size.width), y(area.size.height)};
         area.anchor = {x(area.anchor.x), y(area.anchor.y)};
@@ -105,15 +107,17 @@ struct Scaling {
 
 Scaling scaling(const FDLDimensions& fit, const CanvasTemplate& canvasTemplate, double sourceSqueeze,
                 double targetSqueeze) {
-    double fitWidth = fit.width * sourceSqueeze, targetWidth = canvasTemplate.targetDimensions.width * targetSqueeze;
-    double fitHeight = fit.height, targetHeight = canvasTemplate.targetDimensions.height;
+    const FDLDimensions& target = canvasTemplate.targetDimensions;
+    double fitWidth = fit.width * sourceSqueeze, targetWidth = target.width * targetSqueeze;
     bool byWidth = canvasTemplate.fitMethod == "width";
-    if (canvasTemplate.fitMethod == "fit_all") byWidth = targetWidth / fitWidth <= targetHeight / fitHeight;
-    if (canvasTemplate.fitMethod == "fill") byWidth = targetWidth / fitWidth >= targetHeight / fitHeight;
-    Scaling scale = byWidth ? Scaling{targetWidth, fitWidth, sourceSqueeze, targetSqueeze}
-                            : Scaling{targetHeight, fitHeight, sourceSqueeze, targetSqueeze};
+    if (canvasTemplate.fitMethod == "fit_all") byWidth = targetWidth / fitWidth <= target.height / fit.height;
+    if (canvasTemplate.fitMethod == "fill") byWidth = targetWidth / fitWidth >= target.height / fit.height;
+    Scaling scale = byWidth ? Scaling{target.width, fit.width, targetWidth, fitWidth}
+                            : Scaling{target.height * sourceSqueeze, fit.height * targetSqueeze, target.height,
+                                      fit.height};
     bool bothSides = canvasTemplate.fitMethod == "fit_all" || canvasTemplate.fitMethod == "fill";
-    if (!(scale.numerator > 0) || (bothSides && !(targetWidth > 0 && targetHeight > 0))) {
+    double fittedSide = byWidth ? targetWidth : target.height;
+    if (!(fittedSide > 0) || (bothSides && !(target.width > 0 && target.height > 0))) {
         throw CanvasTemplateError("fit_method \"" + canvasTemplate.fitMethod + "\" needs a target " +
                                   (bothSides ? "width and height" : byWidth ? "width" : "height") + " above 0");
     }

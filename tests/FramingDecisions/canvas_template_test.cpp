@@ -11,6 +11,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -188,4 +189,27 @@ TEST(CanvasTemplateTest, ACropKeepsTheCanvasCovered) {
     EXPECT_EQ(made.dimensions, (FDLDimensions{999, 500}));
     EXPECT_EQ(made.effectiveArea(), made.area());
     EXPECT_EQ(made.framingDecisions.at(0).framing(), (FDLRect{{0, 0}, {800, 500}}));
+}
+
+// On the axis fitted, the squeezes cancel and the target is met exactly:
+// 1007 pixels squeezed 1.3 and fitted to 1920 are 1920, which "up" keeps,
+// not 1920.0000000000002, which "up" made 1921 (and 1028 made 3839 "down").
+TEST(CanvasTemplateTest, TheFittedSideOfASqueezedSourceIsTheTargetExactly) {
+    for (auto [width, target, direction] : {std::tuple{1007.0, 1920.0, "up"}, std::tuple{1028.0, 3840.0, "down"}}) {
+        FDLCanvas source;
+        source.id = "c";
+        source.dimensions = {width, 800};
+        source.anamorphicSqueeze = 1.3;
+        FramingDecision& decision = source.framingDecisions.emplace_back();
+        decision.id = "c-1";
+        decision.dimensions = source.dimensions;
+        CanvasTemplate wide;
+        wide.targetDimensions = {target, 4000};
+        wide.fitSource = "framing_decision.dimensions";
+        wide.fitMethod = "width";
+        wide.round = CanvasTemplateRound{"whole", direction};
+        FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions[0], wide, "scaled");
+        EXPECT_EQ(made.dimensions.width, target) << width;
+        EXPECT_EQ(made.framingDecisions.at(0).dimensions.width, target) << width;
+    }
 }

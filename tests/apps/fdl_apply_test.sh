@@ -65,6 +65,11 @@ expect_one_error_line "an unknown template" "CANVAS-TEMPLATE.fdl" 'holds no canv
 expect_exit 1 "a template file without templates" "$VANTEL" fdl apply "$SOURCE" "$SOURCE" -o "$WORK/kept.fdl"
 expect_exit 1 "an overlay as the source" "$VANTEL" fdl apply "$EXAMPLES/sample.aspectratio" "$TEMPLATE" -o "$WORK/kept.fdl"
 expect_one_error_line "an overlay as the source" "sample.aspectratio" 'not an ASC framing decision list'
+"$PYTHON" -c 'import json, sys; d = json.load(open(sys.argv[1])); d["contexts"][0]["canvases"][0]["dimensions"]["width"] = 0
+json.dump(d, open(sys.argv[2], "w"))' "$SOURCE" "$WORK/broken.fdl"
+expect_exit 1 "a source with errors" "$VANTEL" fdl apply "$WORK/broken.fdl" "$TEMPLATE" -o "$WORK/kept.fdl"
+grep -qF "broken.fdl: error: contexts[0].canvases[0].dimensions.width: must be greater than 0" "$WORK/stderr" ||
+  fail "a source with errors: $(cat "$WORK/stderr")"
 [ "$(cat "$WORK/kept.fdl")" = earlier ] || fail "a refused apply changed RESULT"
 
 expect_exit 2 "no output" "$VANTEL" fdl apply "$SOURCE" "$TEMPLATE"
