@@ -113,6 +113,8 @@ TEST(CanvasTemplateTest, TheNewCanvasFollowsItsSourceUnderAnIDOfItsOwnAndTheList
     std::vector<std::string> ids;
     for (const FDLCanvas& canvas : canvases) ids.push_back(canvas.id);
     EXPECT_EQ(ids, (std::vector<std::string>{"1", "1_VX220310_2", "1_VX220310", "2"}));
+    FramingDecisionList onSecond = withCanvasTemplateApplied(list, {"2", std::nullopt}, uhd);
+    EXPECT_EQ(onSecond.contexts[0].canvases.back().id, "2_VX220310");
     EXPECT_EQ(canvases[1].framingDecisions.at(0).id, "1_VX220310_2-1");
     EXPECT_EQ(canvases[1].dimensions, (FDLDimensions{3840, 2160}));
     // Ids stay within 32 characters, the number after the cut.
@@ -212,4 +214,26 @@ TEST(CanvasTemplateTest, TheFittedSideOfASqueezedSourceIsTheTargetExactly) {
         EXPECT_EQ(made.dimensions.width, target) << width;
         EXPECT_EQ(made.framingDecisions.at(0).dimensions.width, target) << width;
     }
+}
+
+// Neither cropped nor padded, the canvas kept is not moved to align the
+// framing: an off-centre framing stays where it was.
+TEST(CanvasTemplateTest, WithoutACropOrPaddingNothingMoves) {
+    FDLCanvas source;
+    source.id = "c";
+    source.dimensions = {1000, 500};
+    FramingDecision& decision = source.framingDecisions.emplace_back();
+    decision.id = "c-1";
+    decision.dimensions = {400, 500};
+    decision.anchorPoint = {600, 0};
+    CanvasTemplate kept;
+    kept.targetDimensions = {1000, 500};
+    kept.fitSource = "framing_decision.dimensions";
+    kept.fitMethod = "height";
+    kept.alignmentMethodHorizontal = "left";
+    kept.preserveFromSourceCanvas = "canvas.dimensions";
+    kept.round = CanvasTemplateRound{"whole", "up"};
+    FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions[0], kept, "kept");
+    EXPECT_EQ(made.dimensions, (FDLDimensions{1000, 500}));
+    EXPECT_EQ(made.framingDecisions.at(0).framing(), (FDLRect{{600, 0}, {400, 500}}));
 }
