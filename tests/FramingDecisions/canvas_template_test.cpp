@@ -170,23 +170,40 @@ TEST(CanvasTemplateTest, ALayerOrChoiceTheSourceLacksIsRefusedSayingWhich) {
     EXPECT_THROW(withCanvasTemplateApplied(list, {"1", "1-9"}, fitsProtection), CanvasTemplateError);
 }
 
+namespace {
+
+// A canvas of one decision, and a template fitting that decision into a
+// target with whole-pixel rounding.
+FDLCanvas oneDecisionCanvas(FDLDimensions canvas, FDLDimensions framing, FDLPoint anchor = {}) {
+    FDLCanvas source;
+    source.id = "c";
+    source.dimensions = canvas;
+    FramingDecision& decision = source.framingDecisions.emplace_back();
+    decision.id = "c-1";
+    decision.dimensions = framing;
+    decision.anchorPoint = anchor;
+    return source;
+}
+
+CanvasTemplate fittingDecision(FDLDimensions target, const std::string& method, const std::string& direction = "up") {
+    CanvasTemplate fitting;
+    fitting.targetDimensions = target;
+    fitting.fitSource = "framing_decision.dimensions";
+    fitting.fitMethod = method;
+    fitting.round = CanvasTemplateRound{"whole", direction};
+    return fitting;
+}
+
+}  // namespace
+
 // Cropped to the maximum, the canvas stays covered by what it was made of,
 // even where the alignment would move the fitted layer the other way.
 TEST(CanvasTemplateTest, ACropKeepsTheCanvasCovered) {
-    FDLCanvas source;
-    source.id = "c";
-    source.dimensions = {1000, 500};
-    FramingDecision& decision = source.framingDecisions.emplace_back();
-    decision.id = "c-1";
-    decision.dimensions = {800, 500};
-    CanvasTemplate crop;
-    crop.targetDimensions = {1000, 500};
-    crop.fitSource = "framing_decision.dimensions";
-    crop.fitMethod = "height";
+    FDLCanvas source = oneDecisionCanvas({1000, 500}, {800, 500});
+    CanvasTemplate crop = fittingDecision({1000, 500}, "height");
     crop.alignmentMethodHorizontal = "right";
     crop.preserveFromSourceCanvas = "canvas.dimensions";
     crop.maximumDimensions = FDLDimensions{999, 500};  // a crop of one pixel is a crop too
-    crop.round = CanvasTemplateRound{"whole", "up"};
     FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions[0], crop, "cropped");
     EXPECT_EQ(made.dimensions, (FDLDimensions{999, 500}));
     EXPECT_EQ(made.effectiveArea(), made.area());
@@ -198,18 +215,9 @@ TEST(CanvasTemplateTest, ACropKeepsTheCanvasCovered) {
 // not 1920.0000000000002, which "up" made 1921 (and 1028 made 3839 "down").
 TEST(CanvasTemplateTest, TheFittedSideOfASqueezedSourceIsTheTargetExactly) {
     for (auto [width, target, direction] : {std::tuple{1007.0, 1920.0, "up"}, std::tuple{1028.0, 3840.0, "down"}}) {
-        FDLCanvas source;
-        source.id = "c";
-        source.dimensions = {width, 800};
+        FDLCanvas source = oneDecisionCanvas({width, 800}, {width, 800});
         source.anamorphicSqueeze = 1.3;
-        FramingDecision& decision = source.framingDecisions.emplace_back();
-        decision.id = "c-1";
-        decision.dimensions = source.dimensions;
-        CanvasTemplate wide;
-        wide.targetDimensions = {target, 4000};
-        wide.fitSource = "framing_decision.dimensions";
-        wide.fitMethod = "width";
-        wide.round = CanvasTemplateRound{"whole", direction};
+        CanvasTemplate wide = fittingDecision({target, 4000}, "width", direction);
         FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions[0], wide, "scaled");
         EXPECT_EQ(made.dimensions.width, target) << width;
         EXPECT_EQ(made.framingDecisions.at(0).dimensions.width, target) << width;
@@ -219,20 +227,10 @@ TEST(CanvasTemplateTest, TheFittedSideOfASqueezedSourceIsTheTargetExactly) {
 // Neither cropped nor padded, the canvas kept is not moved to align the
 // framing: an off-centre framing stays where it was.
 TEST(CanvasTemplateTest, WithoutACropOrPaddingNothingMoves) {
-    FDLCanvas source;
-    source.id = "c";
-    source.dimensions = {1000, 500};
-    FramingDecision& decision = source.framingDecisions.emplace_back();
-    decision.id = "c-1";
-    decision.dimensions = {400, 500};
-    decision.anchorPoint = {600, 0};
-    CanvasTemplate kept;
-    kept.targetDimensions = {1000, 500};
-    kept.fitSource = "framing_decision.dimensions";
-    kept.fitMethod = "height";
+    FDLCanvas source = oneDecisionCanvas({1000, 500}, {400, 500}, {600, 0});
+    CanvasTemplate kept = fittingDecision({1000, 500}, "height");
     kept.alignmentMethodHorizontal = "left";
     kept.preserveFromSourceCanvas = "canvas.dimensions";
-    kept.round = CanvasTemplateRound{"whole", "up"};
     FDLCanvas made = applyCanvasTemplate(source, source.framingDecisions[0], kept, "kept");
     EXPECT_EQ(made.dimensions, (FDLDimensions{1000, 500}));
     EXPECT_EQ(made.framingDecisions.at(0).framing(), (FDLRect{{600, 0}, {400, 500}}));
