@@ -99,4 +99,9 @@ TEST(FDLWritingTest, AListMadeHereReadsBackAsItselfWithoutProblems) {
     EXPECT_EQ(*again.json.find("canvas_templates")->asArray()[0].find("maximum_dimensions"),
               CodingValue::dictionary({{"width", CodingValue::integer(2048)}, {"height", CodingValue::integer(1152)}}));
     EXPECT_EQ(bytes.back(), '\n');
+
+    // A canvas size the model holds fractionally is written as it is, for
+    // the check to refuse, never cut to a whole number.
+    canvas.dimensions.width += 0.5;
+    EXPECT_TRUE(readFramingDecisionList(encodeFramingDecisionList(list)).hasErrors());
 }
